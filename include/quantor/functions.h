@@ -1,0 +1,23 @@
+// Free functions over the process-wide default administration and
+// translation dictionary, for hosts that need no object of their own.
+#pragma once
+
+#include <string>
+
+#include "quantor/model.h"
+
+QUANTOR_API const QtrCategoryBase* CategorySearch(const wchar_t* categName);
+QUANTOR_API const QtrUnitBase* UnitSearch(const wchar_t* unitName);
+QUANTOR_API const QtrUnitBase* DefaultInternUnitGet(const wchar_t* categName);
+QUANTOR_API const QtrUnitBase* DefaultSurfaceUnitGet(const wchar_t* categName);
+QUANTOR_API const QtrUnitBase* DefaultInternUnitFromUnit(const wchar_t* unitName);
+QUANTOR_API const QtrUnitBase* DefaultSurfaceUnitFromUnit(const wchar_t* unitName);
+QUANTOR_API std::wstring DefaultInternUnitNameFromUnit(const wchar_t* unitName);
+QUANTOR_API std::wstring DefaultSurfaceUnitNameFromUnit(const wchar_t* unitName);
+// Converts `value` from the unit (or category's default internal unit) named
+// `srcName` into the unit named `trgUnitName` of the same category.
+QUANTOR_API bool UnitConvert(double& result, const wchar_t* trgUnitName, double value, const wchar_t* srcName);
+QUANTOR_API bool UnitConvert(double& result, const QtrUnitBase* trgUnit, double value, const wchar_t* srcName);
+QUANTOR_API void UnitTranslateDefault(std::wstring& text, const wchar_t* unitName);
+QUANTOR_API bool QT_IsCategorynameValid(const wchar_t* name);
+QUANTOR_API bool QT_IsUnitnameValid(const wchar_t* name);

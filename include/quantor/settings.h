@@ -1,0 +1,37 @@
+// The host's settings source. The default administration and translation
+// dictionary read their folder, currency mode and language from it.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "quantor/export.h"
+
+constexpr uint16_t QTR_VT_I4 = 3;
+constexpr uint16_t QTR_VT_BSTR = 8;
+
+// A settings value: a string (QTR_VT_BSTR) or a 32-bit integer (QTR_VT_I4).
+struct QtrVariant {
+    uint16_t type = 0;
+    std::wstring str;
+    int32_t i4 = 0;
+};
+
+class QUANTOR_API QtrSettings {
+public:
+    virtual ~QtrSettings() = default;
+    // Reads section/key; `value` holds the default on entry. 0 means success.
+    virtual int32_t SettingsGetValue(const std::wstring& section, const std::wstring& key,
+                                     uint16_t expectedType, QtrVariant& value, int32_t flags) = 0;
+    // Prepares the settings for reading at a level; 0 means success.
+    virtual int32_t SettingsPrepare(int32_t level) = 0;
+};
+
+// Creates a settings source; a factory that returns null means creation failed.
+using QtrSettingsFactory = std::function<std::unique_ptr<QtrSettings>()>;
+
+// Installs the settings factory and returns the one it replaces. The default
+// factory reads QUANTOR_UNITS_DIR, QUANTOR_CURRENCY_MODE and QUANTOR_LANGUAGE_ID.
+QUANTOR_API QtrSettingsFactory QtrSetSettingsFactory(QtrSettingsFactory factory);

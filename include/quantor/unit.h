@@ -1,0 +1,48 @@
+// The library's unit: a name, its category and the rules that lead from it to
+// the other units of the category, keyed by target name.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+
+#include "quantor/model.h"
+
+class QUANTOR_API QtrUnitStd : public QtrUnitBase {
+public:
+    QtrUnitStd(const QtrCategoryBase* category, const wchar_t* name);
+    QtrUnitStd(const QtrUnitStd&) = delete;
+    QtrUnitStd& operator=(const QtrUnitStd&) = delete;
+    ~QtrUnitStd() override;
+
+    const QtrCategoryBase* Category() const override;
+    const std::wstring& Name() const override;
+    bool Convert(double& result, const QtrUnitBase* unit, double value) const override;
+    bool Convert(double& result, const wchar_t* unitName, double value) const override;
+    std::wstring ConvertOutputGen(const QtrUnitBase* unit, double value, int preDigits,
+                                  int postDigits) const override;
+    std::wstring ConvertOutputGen(const wchar_t* unitName, double value, int preDigits,
+                                  int postDigits) const override;
+    const QtrConvInfoBase* ConvInfo(const QtrUnitBase* unit) const override;
+    const QtrConvInfoBase* ConvInfo(const wchar_t* unitName) const override;
+    bool FmtPreDecpnt(int& shift, const QtrUnitBase* unit) const override;
+    bool FmtPostDecpnt(int& shift, const QtrUnitBase* unit) const override;
+    std::wstring FormatStringGen(const QtrUnitBase* unit, int preDigits, int postDigits) const override;
+    std::wstring FormatStringGen(const wchar_t* unitName, int preDigits, int postDigits) const override;
+
+    // 1: the unit took the rule over; 0: a rule for that target is kept and
+    // the caller still owns `rule`; -1: incompatible, reported, caller owns it.
+    int ConvInfoAdd(const QtrConvInfoBase* rule);
+    // Replaces the rule kept for `target`, taking `rule` over; false (and the
+    // caller keeps `rule`) when no rule for that target is held.
+    bool ConvInfoReplace(const QtrUnitBase* target, const QtrConvInfoBase* rule);
+    // Every rule in ascending order of target name; answers how many.
+    int ConvInfosGet(std::vector<const QtrConvInfoBase*>& out) const;
+    // Writes "\tunit <name>;\n"; to the trace when `file` is null.
+    void PrettyPrint(QtrTextFile* file) const;
+
+private:
+    std::wstring name_;
+    const QtrCategoryBase* category_;
+    std::map<std::wstring, const QtrConvInfoBase*, std::less<>> rules_;
+};
