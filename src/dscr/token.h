@@ -1,0 +1,72 @@
+// The token record and token ids of the unit description language, and the
+// character rules for identifiers and keywords that the scanner reads and the
+// printers write.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// Token ids; consecutive from 258, they are the parser's token numbers.
+enum TE_TokenId : int {
+    TOKID_ERROR = 258,
+    TOKID_EOF,
+    TOKID_EOL,
+    TOKID_ARROWLEFT,
+    TOKID_ARROWRIGHT,
+    TOKID_ASSIGN,
+    TOKID_BRALEFT,
+    TOKID_BRARGHT,
+    TOKID_COLON,
+    TOKID_COMMA,
+    TOKID_CONVARROW,
+    TOKID_CURLBLEFT,
+    TOKID_CURLBRGHT,
+    TOKID_DIV,
+    TOKID_FLOAT,
+    TOKID_FLTEXP,
+    TOKID_HEXNUM,
+    TOKID_ID,
+    TOKID_INT,
+    TOKID_KW_CATEG,
+    TOKID_KW_CONV,
+    TOKID_KW_DFLTINTRN,
+    TOKID_KW_DFLTSURFC,
+    TOKID_KW_FORMAT,
+    TOKID_KW_UNIT,
+    TOKID_MINUS,
+    TOKID_MULT,
+    TOKID_PLUS,
+    TOKID_SEMIC,
+    TOKID_STRBRA,
+    TOKID_STRQUOT,
+};
+
+struct X_Token {
+    int line = -1;
+    int column = -1;
+    int id = TOKID_ERROR;
+    std::wstring text;
+};
+
+// Letters are those of the C library's "C" locale: ASCII letters only.
+inline bool IsDscrLetter(wchar_t c) { return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z'); }
+inline bool IsDscrDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
+inline bool IsDscrSpace(wchar_t c) { return c == L' ' || (c >= L'\t' && c <= L'\r'); }
+
+// The keyword's token id, or 0 when `text` is no keyword (case-sensitive).
+inline int KeywordTokenId(std::wstring_view text) {
+    constexpr std::wstring_view kKeywords[] = {L"category", L"convert", L"defaultintern",
+                                               L"defaultsurface", L"format", L"unit"};
+    for (int i = 0; i < 6; ++i)
+        if (text == kKeywords[i]) return TOKID_KW_CATEG + i;
+    return 0;
+}
+
+// Whether `name` reads back as one TOKID_ID token: a letter or "_", then
+// letters, "_" and digits, and no keyword.
+inline bool IsPlainIdentifier(std::wstring_view name) {
+    if (name.empty() || !(IsDscrLetter(name[0]) || name[0] == L'_')) return false;
+    for (wchar_t c : name)
+        if (!(IsDscrLetter(c) || IsDscrDigit(c) || c == L'_')) return false;
+    return KeywordTokenId(name) == 0;
+}
