@@ -1,6 +1,6 @@
-// The token record and token ids of the unit description language, and the
-// character rules for identifiers and keywords that the scanner reads and the
-// printers write.
+// The token record and token ids of the unit description language, their
+// printable names, and the character rules for identifiers and keywords that
+// the scanner reads and the printers write.
 #pragma once
 
 #include <string>
@@ -41,12 +41,21 @@ enum TE_TokenId : int {
     TOKID_STRQUOT,
 };
 
+// A scanned token: 1-based line, 0-based column, id and the characters it
+// carries (empty for operators and punctuation).
 struct X_Token {
     int line = -1;
     int column = -1;
     int id = TOKID_ERROR;
     std::wstring text;
 };
+
+// The TOKID_ name of an id from 258 to 288; "TE_TokenId <id> ??" otherwise.
+std::wstring TokenIdName(int id);
+
+// "line/column: name" with the column counted from 1, followed by " <text>"
+// when the token carries text.
+std::wstring TokenPrintForm(const X_Token& token);
 
 // Letters are those of the C library's "C" locale: ASCII letters only.
 inline bool IsDscrLetter(wchar_t c) { return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z'); }
