@@ -24,11 +24,13 @@ public:
     QtrTextFile& operator=(const QtrTextFile&) = delete;
     ~QtrTextFile();
 
-    // Creates or truncates the file; false if it cannot be opened.
+    // Closes any open file, then creates or truncates `path`; false for a
+    // null or empty path or a file that cannot be opened.
     bool Open(const wchar_t* path);
     void Close();
     // The absolute path of the open file; empty when none is open.
     std::wstring FullPath() const;
+    // Writes `text` as UTF-8; does nothing when no file is open.
     void WriteString(const std::wstring& text);
 
 private:

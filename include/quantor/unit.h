@@ -3,8 +3,8 @@
 #pragma once
 
 #include <map>
-#include <memory>
 #include <string>
+#include <vector>
 
 #include "quantor/model.h"
 
@@ -13,6 +13,8 @@ public:
     QtrUnitStd(const QtrCategoryBase* category, const wchar_t* name);
     QtrUnitStd(const QtrUnitStd&) = delete;
     QtrUnitStd& operator=(const QtrUnitStd&) = delete;
+    // Frees the held rules of type QtrConvInfoStd; rules of other types are
+    // left to whoever made them.
     ~QtrUnitStd() override;
 
     const QtrCategoryBase* Category() const override;
@@ -42,7 +44,13 @@ public:
     void PrettyPrint(QtrTextFile* file) const;
 
 private:
+    // Whether `unitName` is this unit's own name; conversion to the unit
+    // itself needs no rule.
+    bool IsOwnName(const wchar_t* unitName) const;
+
     std::wstring name_;
     const QtrCategoryBase* category_;
+    // Owned rules keyed by target name; std::less<> finds a name without
+    // building a string.
     std::map<std::wstring, const QtrConvInfoBase*, std::less<>> rules_;
 };

@@ -1,0 +1,162 @@
+// The conversion rule: a linear formula from a source unit to a target unit
+// with two number-format shifts, its composition with another rule, its
+// inverse, and its text as a `convert` statement.
+#include <climits>
+#include <cmath>
+
+#include "etc/diag_log.h"
+#include "quantor/convinfo.h"
+#include "units/number_format.h"
+#include "units/statement_text.h"
+
+using quantor::detail::StatementName;
+using quantor::detail::StatementNumberMatching;
+
+namespace {
+
+// Shifts are added and negated in a wider type and clamped, so extreme
+// values saturate instead of overflowing.
+int ClampToInt(long long value) {
+    if (value > INT_MAX) return INT_MAX;
+    if (value < INT_MIN) return INT_MIN;
+    return static_cast<int>(value);
+}
+
+// Digits requested for one side of the decimal point plus the rule's shift;
+// a negative request switches that side off.
+int ShiftedDigits(int digits, int shift) {
+    return digits < 0 ? 0 : ClampToInt(static_cast<long long>(digits) + shift);
+}
+
+// The unit's name for messages; null (printed "(null)") for a missing unit.
+const wchar_t* NameForMessage(const QtrUnitBase* unit) { return unit ? unit->Name().c_str() : nullptr; }
+
+// The reader turns `convert T <- S * f + a` into a rule of factor 1/f and
+// addend a/f, and `S / n` into f = 1/n. The two clauses below write the
+// shortest numbers that read back into exactly the given factor and addend,
+// wherever the reader's roundings allow that at all.
+
+// " / (1/m)" when m = 1/factor is smaller than 1 in magnitude, else " * m",
+// keeping the sign; nothing for a factor of 1. `readF` receives
+// the f that the reader will take from the clause.
+std::wstring FactorClause(double factor, double& readF) {
+    const double m = 1.0 / factor;
+    if (std::fabs(m) < 1.0) {
+        const auto divisor = StatementNumberMatching(
+            1.0 / m, [factor](double n) { return 1.0 / (1.0 / n) == factor; });
+        readF = 1.0 / divisor.readBack;
+        return L" / " + divisor.text;
+    }
+    if (m != 1.0) {
+        const auto multiplier = StatementNumberMatching(m, [factor](double f) { return 1.0 / f == factor; });
+        readF = multiplier.readBack;
+        return L" * " + multiplier.text;
+    }
+    readF = 1.0;
+    return {};
+}
+
+// " + a" or " - |a|" with a = addend/factor; nothing for an addend of 0.
+std::wstring AddendClause(double factor, double addend, double readF) {
+    const double a = addend / factor;
+    if (a == 0.0 || std::isnan(a)) return {};
+    const double sign = a < 0.0 ? -1.0 : 1.0;
+    const auto magnitude = StatementNumberMatching(
+        sign * a, [sign, readF, addend](double read) { return sign * read / readF == addend; });
+    return (a < 0.0 ? L" - " : L" + ") + magnitude.text;
+}
+
+}  // namespace
+
+QtrConvInfoStd::QtrConvInfoStd() { Clear(); }
+
+void QtrConvInfoStd::Clear() {
+    target_ = nullptr;
+    source_ = nullptr;
+    preShift_ = 0;
+    postShift_ = 0;
+    factor_ = 0.0;
+    addend_ = 0.0;
+    explicit_ = false;
+}
+
+double QtrConvInfoStd::Addend() const { return addend_; }
+double QtrConvInfoStd::Factor() const { return factor_; }
+
+void QtrConvInfoStd::FormatDeltas(int& pre, int& post) const {
+    pre = preShift_;
+    post = postShift_;
+}
+
+int QtrConvInfoStd::FmtPostDecpnt() const { return postShift_; }
+int QtrConvInfoStd::FmtPreDecpnt() const { return preShift_; }
+
+std::wstring QtrConvInfoStd::FormatStringGen(int preDigits, int postDigits) const {
+    return quantor::detail::NumberFormat(ShiftedDigits(preDigits, preShift_), ShiftedDigits(postDigits, postShift_));
+}
+
+bool QtrConvInfoStd::Is_Explicit() const { return explicit_; }
+const QtrUnitBase* QtrConvInfoStd::SrcUnit() const { return source_; }
+const QtrUnitBase* QtrConvInfoStd::TrgtUnit() const { return target_; }
+double QtrConvInfoStd::Convert(double value) const { return value * factor_ + addend_; }
+
+void QtrConvInfoStd::SetFormula(double factor, double addend) {
+    factor_ = factor;
+    addend_ = addend;
+}
+
+void QtrConvInfoStd::SetUnits(const QtrUnitBase* target, const QtrUnitBase* source) {
+    target_ = target;
+    source_ = source;
+}
+
+void QtrConvInfoStd::SetPreFmtshft(int shift) { preShift_ = shift; }
+void QtrConvInfoStd::SetPostFmtshft(int shift) { postShift_ = shift; }
+void QtrConvInfoStd::SetExplicit(bool isExplicit) { explicit_ = isExplicit; }
+
+QtrConvInfoStd* QtrConvInfoStd::NewChain(const QtrConvInfoBase* outer, const QtrConvInfoBase* inner) {
+    const QtrUnitBase* outerTarget = outer ? outer->TrgtUnit() : nullptr;
+    const QtrUnitBase* outerSource = outer ? outer->SrcUnit() : nullptr;
+    const QtrUnitBase* innerTarget = inner ? inner->TrgtUnit() : nullptr;
+    const QtrUnitBase* innerSource = inner ? inner->SrcUnit() : nullptr;
+    // The very unit object must link the two rules; equal names are not enough.
+    if (!outerSource || outerSource != innerTarget) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"QtrConvInfoStd::NewChain([%s<=%s],[%s<=%s]): inconsistent\n",
+                     NameForMessage(outerTarget), NameForMessage(outerSource), NameForMessage(innerTarget),
+                     NameForMessage(innerSource));
+        return nullptr;
+    }
+    auto* chain = new QtrConvInfoStd;
+    chain->SetFormula(outer->Factor() * inner->Factor(), outer->Factor() * inner->Addend() + outer->Addend());
+    chain->SetUnits(outerTarget, innerSource);
+    chain->SetPreFmtshft(ClampToInt(static_cast<long long>(outer->FmtPreDecpnt()) + inner->FmtPreDecpnt()));
+    chain->SetPostFmtshft(ClampToInt(static_cast<long long>(outer->FmtPostDecpnt()) + inner->FmtPostDecpnt()));
+    return chain;
+}
+
+QtrConvInfoStd* QtrConvInfoStd::NewInverse() const {
+    if (factor_ == 0.0) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"QtrConvInfoStd::NewInverse(): Factor() == 0, impossible\n");
+        return nullptr;
+    }
+    auto* inverse = new QtrConvInfoStd;
+    inverse->SetFormula(1.0 / factor_, -addend_ / factor_);
+    inverse->SetUnits(source_, target_);
+    inverse->SetPreFmtshft(ClampToInt(-static_cast<long long>(preShift_)));
+    inverse->SetPostFmtshft(ClampToInt(-static_cast<long long>(postShift_)));
+    return inverse;
+}
+
+// The statement describes one target unit in source units, the reverse of
+// the value conversion. A negative factor keeps its sign on the printed
+// number so that the statement reads back into the same rule.
+void QtrConvInfoStd::PrettyPrint(QtrTextFile* file) const {
+    if (!target_ || !source_) return;
+    double readF = 1.0;
+    std::wstring text = L"\n\tconvert  " + StatementName(target_->Name()) + L"\t<- " + StatementName(source_->Name());
+    text += FactorClause(factor_, readF);
+    text += AddendClause(factor_, addend_, readF);
+    if (preShift_ != 0 && postShift_ != 0) text += QtrFormat(L"\tformat %d, %d", preShift_, postShift_);
+    text += explicit_ ? L";\t// explicit\n" : L";\n";
+    quantor::detail::StatementWrite(file, text);
+}

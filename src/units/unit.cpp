@@ -1,0 +1,167 @@
+// The unit: converts its values into the other units of its category through
+// the rules it owns, builds number formats for converted values, and checks
+// every rule it is given against its own name and category.
+#include "quantor/unit.h"
+
+#include "etc/diag_log.h"
+#include "quantor/convinfo.h"
+#include "units/number_format.h"
+#include "units/statement_text.h"
+
+namespace {
+
+// The unit's name as a lookup key; null for a missing unit, which then
+// answers like an unknown name.
+const wchar_t* NameOf(const QtrUnitBase* unit) { return unit ? unit->Name().c_str() : nullptr; }
+
+// Reports why `rule` cannot belong to the unit `name` of `category`.
+bool IsCompatibleRule(const std::wstring& name, const QtrCategoryBase* category, const QtrConvInfoBase* rule) {
+    const QtrUnitBase* source = rule ? rule->SrcUnit() : nullptr;
+    const QtrUnitBase* target = rule ? rule->TrgtUnit() : nullptr;
+    if (!source || !target) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"Unit_IsCompatible_ConvInfo: incomplete conv-info, pSrc or pTrgt == NULL\n");
+        return false;
+    }
+    if (source->Name() != name) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"Unit_IsCompatible_ConvInfo: \"%s\" != \"%s\"\n", name, source->Name());
+        return false;
+    }
+    const QtrCategoryBase* targetCategory = target->Category();
+    if (!category || !targetCategory) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"Unit_IsCompatible_ConvInfo: category missing\n");
+        return false;
+    }
+    if (category->Name() != targetCategory->Name()) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"Unit_IsCompatible_ConvInfo: \"%s\" != \"%s\"\n", category->Name(),
+                     targetCategory->Name());
+        return false;
+    }
+    return true;
+}
+
+// Only rules of this library are owned and freed by a unit; rules of other
+// implementations are left to whoever made them.
+void DeleteIfOwned(const QtrConvInfoBase* rule) { delete dynamic_cast<const QtrConvInfoStd*>(rule); }
+
+}  // namespace
+
+QtrUnitStd::QtrUnitStd(const QtrCategoryBase* category, const wchar_t* name)
+    : name_(name ? name : L""), category_(category) {}
+
+QtrUnitStd::~QtrUnitStd() {
+    for (const auto& [target, rule] : rules_) DeleteIfOwned(rule);
+    rules_.clear();
+    category_ = nullptr;
+}
+
+const QtrCategoryBase* QtrUnitStd::Category() const { return category_; }
+
+const std::wstring& QtrUnitStd::Name() const {
+    if (name_.empty()) Error_Report(kSrcUnitsStd, __LINE__, L"QtrUnitStd::Name(): empty!!!\n");
+    return name_;
+}
+
+bool QtrUnitStd::IsOwnName(const wchar_t* unitName) const { return unitName && name_ == unitName; }
+
+bool QtrUnitStd::Convert(double& result, const QtrUnitBase* unit, double value) const {
+    return Convert(result, NameOf(unit), value);
+}
+
+bool QtrUnitStd::Convert(double& result, const wchar_t* unitName, double value) const {
+    if (IsOwnName(unitName)) {
+        result = value;
+        return true;
+    }
+    if (const QtrConvInfoBase* rule = ConvInfo(unitName)) {
+        result = rule->Convert(value);
+        return true;
+    }
+    Error_Report(kSrcUnitsStd, __LINE__, L"QtrUnitStd::Convert(,%s,%g): no conv. info\n", unitName, value);
+    return false;
+}
+
+std::wstring QtrUnitStd::ConvertOutputGen(const QtrUnitBase* unit, double value, int preDigits,
+                                          int postDigits) const {
+    return ConvertOutputGen(NameOf(unit), value, preDigits, postDigits);
+}
+
+std::wstring QtrUnitStd::ConvertOutputGen(const wchar_t* unitName, double value, int preDigits,
+                                          int postDigits) const {
+    double converted = 0.0;
+    if (!Convert(converted, unitName, value)) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"QtrUnitStd::ConvertOutputGen(\"%s\",%g,%d,%d): cannot convert\n",
+                     unitName, value, preDigits, postDigits);
+        return {};
+    }
+    return QtrFormat(FormatStringGen(unitName, preDigits, postDigits).c_str(), converted);
+}
+
+const QtrConvInfoBase* QtrUnitStd::ConvInfo(const QtrUnitBase* unit) const { return ConvInfo(NameOf(unit)); }
+
+const QtrConvInfoBase* QtrUnitStd::ConvInfo(const wchar_t* unitName) const {
+    if (!unitName) return nullptr;
+    const auto found = rules_.find(std::wstring_view(unitName));
+    return found == rules_.end() ? nullptr : found->second;
+}
+
+bool QtrUnitStd::FmtPreDecpnt(int& shift, const QtrUnitBase* unit) const {
+    const QtrConvInfoBase* rule = ConvInfo(unit);
+    if (rule) shift = rule->FmtPreDecpnt();
+    return rule != nullptr;
+}
+
+bool QtrUnitStd::FmtPostDecpnt(int& shift, const QtrUnitBase* unit) const {
+    const QtrConvInfoBase* rule = ConvInfo(unit);
+    if (rule) shift = rule->FmtPostDecpnt();
+    return rule != nullptr;
+}
+
+std::wstring QtrUnitStd::FormatStringGen(const QtrUnitBase* unit, int preDigits, int postDigits) const {
+    return FormatStringGen(NameOf(unit), preDigits, postDigits);
+}
+
+std::wstring QtrUnitStd::FormatStringGen(const wchar_t* unitName, int preDigits, int postDigits) const {
+    // A value shown in its own unit takes the digits as asked, without shifts.
+    if (IsOwnName(unitName)) return quantor::detail::NumberFormat(preDigits, postDigits);
+    if (const QtrConvInfoBase* rule = ConvInfo(unitName)) return rule->FormatStringGen(preDigits, postDigits);
+    return L"%g";
+}
+
+int QtrUnitStd::ConvInfoAdd(const QtrConvInfoBase* rule) {
+    if (!IsCompatibleRule(name_, category_, rule)) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"QtrUnitStd::ConvInfoAdd: incompatible conversion-info\n");
+        return -1;
+    }
+    const auto [position, inserted] = rules_.try_emplace(rule->TrgtUnit()->Name(), rule);
+    if (inserted) return 1;
+    // Only an explicit rule displaces a held one, and only a derived one.
+    if (rule->Is_Explicit() && !position->second->Is_Explicit())
+        return ConvInfoReplace(rule->TrgtUnit(), rule) ? 1 : 0;
+    return 0;
+}
+
+bool QtrUnitStd::ConvInfoReplace(const QtrUnitBase* target, const QtrConvInfoBase* rule) {
+    // A held rule is never given up for no rule at all.
+    if (!rule) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"QtrUnitStd::ConvInfoReplace([%s],): no conv. info\n", NameOf(target));
+        return false;
+    }
+    const auto found = target ? rules_.find(target->Name()) : rules_.end();
+    if (found == rules_.end()) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"QtrUnitStd::ConvInfoReplace([%s],): not found\n", NameOf(target));
+        return false;
+    }
+    if (found->second != rule) delete found->second;
+    found->second = rule;
+    return true;
+}
+
+int QtrUnitStd::ConvInfosGet(std::vector<const QtrConvInfoBase*>& out) const {
+    out.clear();
+    for (const auto& [target, rule] : rules_) out.push_back(rule);
+    return static_cast<int>(out.size());
+}
+
+void QtrUnitStd::PrettyPrint(QtrTextFile* file) const {
+    quantor::detail::StatementWrite(file, QtrFormat(L"\tunit %s;\n", quantor::detail::StatementName(name_)));
+}
