@@ -50,7 +50,8 @@ private:
     void Clear();
 
     std::wstring name_;
-    std::vector<std::unique_ptr<const QtrUnitBase>> units_;
+    // Owned and changeable: the category completes its units' rules.
+    std::vector<std::unique_ptr<QtrUnitBase>> units_;
     const QtrUnitBase* defaultIntern_ = nullptr;
     const QtrUnitBase* defaultSurface_ = nullptr;
     const QtrAdminBase* admin_;

@@ -1,0 +1,29 @@
+// The administration's name index: every category and unit name it knows,
+// resolved to its category or unit by one lookup. The first name indexed
+// wins every clash, without a message, so a unit named like an earlier
+// category or unit stays out of the index, and so does a category named like
+// an earlier unit, together with all its units.
+#include <string_view>
+#include <vector>
+
+#include "quantor/admin.h"
+
+bool QtrAdminStd::FastFind(const wchar_t* name, const QtrCategoryBase*& category, const QtrUnitBase*& unit) const {
+    if (!name) return false;
+    const auto entry = index_.find(std::wstring_view(name));
+    if (entry == index_.end()) return false;
+    category = entry->second.category;
+    unit = entry->second.unit;
+    return category || unit;
+}
+
+void QtrAdminStd::FastfindUnitAdd(const QtrUnitBase* unit) {
+    if (unit) index_.try_emplace(unit->Name(), IndexEntry{nullptr, unit});
+}
+
+void QtrAdminStd::FastfindCategAdd(const QtrCategoryBase* category) {
+    if (!category || !index_.try_emplace(category->Name(), IndexEntry{category, nullptr}).second) return;
+    std::vector<const QtrUnitBase*> units;
+    category->UnitPtrs(units);
+    for (const QtrUnitBase* unit : units) FastfindUnitAdd(unit);
+}
