@@ -7,10 +7,10 @@
 #include "etc/diag_log.h"
 #include "quantor/convinfo.h"
 #include "units/number_format.h"
+#include "units/rule_formula_text.h"
 #include "units/statement_text.h"
 
 using quantor::detail::StatementName;
-using quantor::detail::StatementNumberMatching;
 
 namespace {
 
@@ -30,41 +30,6 @@ int ShiftedDigits(int digits, int shift) {
 
 // The unit's name for messages; null (printed "(null)") for a missing unit.
 const wchar_t* NameForMessage(const QtrUnitBase* unit) { return unit ? unit->Name().c_str() : nullptr; }
-
-// The reader turns `convert T <- S * f + a` into a rule of factor 1/f and
-// addend a/f, and `S / n` into f = 1/n. The two clauses below write the
-// shortest numbers that read back into exactly the given factor and addend,
-// wherever the reader's roundings allow that at all.
-
-// " / (1/m)" when m = 1/factor is smaller than 1 in magnitude, else " * m",
-// keeping the sign; nothing for a factor of 1. `readF` receives
-// the f that the reader will take from the clause.
-std::wstring FactorClause(double factor, double& readF) {
-    const double m = 1.0 / factor;
-    if (std::fabs(m) < 1.0) {
-        const auto divisor = StatementNumberMatching(
-            1.0 / m, [factor](double n) { return 1.0 / (1.0 / n) == factor; });
-        readF = 1.0 / divisor.readBack;
-        return L" / " + divisor.text;
-    }
-    if (m != 1.0) {
-        const auto multiplier = StatementNumberMatching(m, [factor](double f) { return 1.0 / f == factor; });
-        readF = multiplier.readBack;
-        return L" * " + multiplier.text;
-    }
-    readF = 1.0;
-    return {};
-}
-
-// " + a" or " - |a|" with a = addend/factor; nothing for an addend of 0.
-std::wstring AddendClause(double factor, double addend, double readF) {
-    const double a = addend / factor;
-    if (a == 0.0 || std::isnan(a)) return {};
-    const double sign = a < 0.0 ? -1.0 : 1.0;
-    const auto magnitude = StatementNumberMatching(
-        sign * a, [sign, readF, addend](double read) { return sign * read / readF == addend; });
-    return (a < 0.0 ? L" - " : L" + ") + magnitude.text;
-}
 
 }  // namespace
 
@@ -152,10 +117,8 @@ QtrConvInfoStd* QtrConvInfoStd::NewInverse() const {
 // number so that the statement reads back into the same rule.
 void QtrConvInfoStd::PrettyPrint(QtrTextFile* file) const {
     if (!target_ || !source_) return;
-    double readF = 1.0;
     std::wstring text = L"\n\tconvert  " + StatementName(target_->Name()) + L"\t<- " + StatementName(source_->Name());
-    text += FactorClause(factor_, readF);
-    text += AddendClause(factor_, addend_, readF);
+    text += quantor::detail::RuleFormulaText(factor_, addend_);
     if (preShift_ != 0 && postShift_ != 0) text += QtrFormat(L"\tformat %d, %d", preShift_, postShift_);
     text += explicit_ ? L";\t// explicit\n" : L";\n";
     quantor::detail::StatementWrite(file, text);

@@ -1,0 +1,96 @@
+// Choosing the numbers of a printed `convert` statement. Several multipliers
+// may read back into the same factor, and only some of them leave an addend
+// that reads back exactly, so the search tries the multipliers near 1/factor,
+// shortest text first, each with the addends near addend * multiplier.
+#include "units/rule_formula_text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <vector>
+
+#include "etc/format.h"
+#include "units/statement_text.h"
+
+namespace quantor::detail {
+namespace {
+
+// How many neighbouring doubles on each side of an ideal number are tried.
+constexpr int kNeighbourSteps = 3;
+
+// `value` and its neighbours up to kNeighbourSteps doubles away, nearest first.
+std::vector<double> NearbyDoubles(double value) {
+    std::vector<double> values{value};
+    double up = value;
+    double down = value;
+    for (int step = 0; step < kNeighbourSteps; ++step) {
+        up = std::nextafter(up, std::numeric_limits<double>::infinity());
+        down = std::nextafter(down, -std::numeric_limits<double>::infinity());
+        values.push_back(up);
+        values.push_back(down);
+    }
+    return values;
+}
+
+// A factor clause and the multiplier that the reader takes from it.
+struct FactorClause {
+    std::wstring text;
+    double multiplier = 1.0;
+};
+
+// Every factor clause that reads back into `factor`, shortest first:
+// " / n" (the reader takes 1/n) when |1/factor| < 1, " * m" otherwise, and
+// nothing for a factor of 1. Never empty: without an exact clause, the
+// 17-digit multiplier.
+std::vector<FactorClause> FactorClauses(double factor) {
+    const double ideal = 1.0 / factor;
+    if (ideal == 1.0) return {{L"", 1.0}};
+    const bool divides = std::fabs(ideal) < 1.0;
+    const auto multiplierOf = [divides](double number) { return divides ? 1.0 / number : number; };
+    const auto reproduces = [&](double number) { return 1.0 / multiplierOf(number) == factor; };
+    std::vector<FactorClause> clauses;
+    for (double candidate : NearbyDoubles(divides ? factor : ideal)) {
+        const StatementNumberText number = StatementNumberMatching(candidate, reproduces);
+        if (!reproduces(number.readBack)) continue;
+        clauses.push_back({(divides ? L" / " : L" * ") + number.text, multiplierOf(number.readBack)});
+    }
+    if (clauses.empty()) clauses.push_back({L" * " + QtrFormat(L"%.17g", ideal), ideal});
+    std::stable_sort(clauses.begin(), clauses.end(),
+                     [](const FactorClause& a, const FactorClause& b) { return a.text.size() < b.text.size(); });
+    return clauses;
+}
+
+std::wstring AddendClauseText(double signedAddend, const std::wstring& magnitude) {
+    return (signedAddend < 0.0 ? L" - " : L" + ") + magnitude;
+}
+
+// The shortest " + a" / " - a" that the reader turns, with `multiplier`,
+// back into exactly `addend`; none when no nearby number does.
+std::optional<std::wstring> ExactAddendClause(double addend, double multiplier) {
+    std::optional<std::wstring> best;
+    for (double candidate : NearbyDoubles(addend * multiplier)) {
+        if (candidate == 0.0 || !std::isfinite(candidate)) continue;
+        const double sign = candidate < 0.0 ? -1.0 : 1.0;
+        const auto reproduces = [&](double read) { return sign * read / multiplier == addend; };
+        const StatementNumberText number = StatementNumberMatching(sign * candidate, reproduces);
+        if (!reproduces(number.readBack)) continue;
+        std::wstring clause = AddendClauseText(candidate, number.text);
+        if (!best || clause.size() < best->size()) best = std::move(clause);
+    }
+    return best;
+}
+
+}  // namespace
+
+std::wstring RuleFormulaText(double factor, double addend) {
+    const std::vector<FactorClause> clauses = FactorClauses(factor);
+    if (addend == 0.0 || std::isnan(addend)) return clauses.front().text;
+    for (const FactorClause& clause : clauses) {
+        if (auto addendText = ExactAddendClause(addend, clause.multiplier)) return clause.text + *addendText;
+    }
+    const double nearest = addend * clauses.front().multiplier;
+    return clauses.front().text + AddendClauseText(nearest, QtrFormat(L"%.17g", std::fabs(nearest)));
+}
+
+}  // namespace quantor::detail
