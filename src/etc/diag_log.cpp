@@ -9,6 +9,7 @@
 #include <mutex>
 
 #include "etc/utf8.h"
+#include "quantor/numeric.h"
 #include "quantor/sinks.h"
 
 namespace {
@@ -25,7 +26,7 @@ std::atomic<int32_t> gTraceCounter{0};
 
 void WriteToStderr(const QtrLogEntry& entry) {
     std::wstring line = L"Quantor: " + entry.message;
-    if (line.empty() || line.back() != L'\n') line += L'\n';
+    if (line.back() != L'\n') line += L'\n';
     const std::string bytes = quantor::detail::ToUtf8(line);
     std::fwrite(bytes.data(), 1, bytes.size(), stderr);
 }
@@ -107,7 +108,8 @@ void ErrorTest_Format() {
     Trace_WriteNumbered(L"%.3f\n", 0.1115);
     Trace_WriteNumbered(L"%.2f\n", 0.115);
     double parsed = 0.0;
-    std::swscanf(L"1.15", L"%lf", &parsed);
+    int status = 0;
+    FloatScan(parsed, status, L"1.15");
     Trace_WriteNumbered(L"%.1f\n", parsed);
     wchar_t buffer[32];
     std::swprintf(buffer, 32, L"%.1f\n", 1.15);

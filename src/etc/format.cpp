@@ -6,8 +6,9 @@
 #include <clocale>
 #include <climits>
 #include <cstdio>
-#include <locale.h>
 #include <string_view>
+
+#include "etc/classic_locale.h"
 
 namespace quantor::detail {
 namespace {
@@ -21,11 +22,6 @@ struct Directive {
     int width = -1;
     int precision = -1;
 };
-
-locale_t ClassicLocale() {
-    static const locale_t locale = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
-    return locale;
-}
 
 bool IsFlag(wchar_t c) { return c == L'-' || c == L'+' || c == L' ' || c == L'#' || c == L'0'; }
 bool IsLengthModifier(wchar_t c) {
@@ -53,9 +49,10 @@ std::wstring Pad(std::wstring body, const Directive& d) {
 // precision and the given conversion letter and length prefix.
 template <class T>
 std::wstring RenderNumber(const Directive& d, const char* length, char conv, T value) {
-    std::string spec = "%" + d.flags;
+    std::string spec = "%";
+    spec += d.flags;
     if (d.width >= 0) spec += std::to_string(d.width);
-    if (d.precision >= 0) spec += "." + std::to_string(d.precision);
+    if (d.precision >= 0) spec += '.' + std::to_string(d.precision);
     spec += length;
     spec += conv;
     const locale_t previous = uselocale(ClassicLocale());
