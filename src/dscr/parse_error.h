@@ -1,0 +1,70 @@
+// The parser error report: the one way the parser, the expression tree, the
+// simplifier and the semantic actions report an error in a description file.
+// A report is positioned in the file, sent to the debug trace as
+// "file(line,column): ##### parser-error: message" and counted. File name,
+// last token and error count belong to one parse (X_ParseState); a parse
+// installs its state on its thread with X_ParseStateScope, and reports made
+// while none is installed go to a per-thread fallback state.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "dscr/token.h"
+#include "etc/diag_log.h"
+#include "etc/format.h"
+
+class X_ParsNode;
+
+// What the error report needs to know about the parse it belongs to.
+struct X_ParseState {
+    std::wstring fileName;   // printed in the position prefix
+    X_Token lastToken;       // the token the scanner handed out last
+    int32_t errorCount = 0;  // reports made while this state was current
+};
+
+// Makes `state` the current parse state of this thread for the lifetime of
+// the scope, and restores the previous one (possibly none) afterwards.
+class X_ParseStateScope {
+public:
+    explicit X_ParseStateScope(X_ParseState& state);
+    ~X_ParseStateScope();
+    X_ParseStateScope(const X_ParseStateScope&) = delete;
+    X_ParseStateScope& operator=(const X_ParseStateScope&) = delete;
+
+private:
+    X_ParseState* previous_;
+};
+
+// The installed parse state of this thread, or the thread's fallback state.
+X_ParseState& ParseState_Current();
+
+// Sends "file(line,column): ##### parser-error: " + message to the trace and
+// counts one error in the current parse state.
+void ParseError_WriteAt(int32_t line, int32_t column, const std::wstring& message);
+
+// The message text, composed only when a trace sink will receive it.
+template <class... Args>
+std::wstring ParseError_Text(const wchar_t* format, const Args&... args) {
+    return Trace_IsActive() ? QtrFormat(format, args...) : std::wstring();
+}
+
+// Where a node-form report is placed: the earliest token of the node's
+// subtree, or the last token when there is no node.
+void ParseError_Position(const X_ParsNode* node, int32_t& line, int32_t& column);
+
+// Plain form: positioned at the last token.
+template <class... Args>
+void ParseError_Report(const wchar_t* format, const Args&... args) {
+    const X_Token& last = ParseState_Current().lastToken;
+    ParseError_WriteAt(last.line, last.column, ParseError_Text(format, args...));
+}
+
+// Node form: positioned at the earliest token of `node` (may be null).
+template <class... Args>
+void ParseError_ReportAt(const X_ParsNode* node, const wchar_t* format, const Args&... args) {
+    int32_t line = 0;
+    int32_t column = 0;
+    ParseError_Position(node, line, column);
+    ParseError_WriteAt(line, column, ParseError_Text(format, args...));
+}

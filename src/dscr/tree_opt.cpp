@@ -1,0 +1,106 @@
+// The simplifier's driver, Tree_Opt: rounds of the four passes over a node
+// until a round changes nothing, or until the bound of depth + 2 rounds.
+//
+// Every pass re-runs Tree_Opt on both children, so run naively the work grows
+// as 4^depth. Tree_Opt therefore marks a node once it has reached its fixed
+// point, and a later call on a marked node answers 0 at once. This changes
+// nothing that can be observed, for these reasons:
+// - A round that edits no node and reports nothing returns 0 from every pass
+//   (a rule that fires always edits or reports), so the call ends after it.
+//   The same holds, inductively, for every nested call in that round: a call
+//   that edits and reports nothing returns 0.
+// - A call's behaviour depends only on its subtree. So when a call's last
+//   round edited and reported nothing, a new call on the unchanged subtree
+//   would repeat exactly that round and return 0: the node is marked.
+// - Any edit of a node clears that node's mark. Its ancestors are unmarked
+//   too: up to the node whose pass makes the edit they are calls in progress,
+//   which are never marked, and Tree_ExprElim, the one pass that edits below
+//   its node's children, clears the marks on the path to what it edits.
+// Counts are not trusted for this, only the edits and reports themselves:
+// Tree_OptRules drops its children's counts when the left child is missing,
+// and a -1 can cancel a 1. Marks hold for one top-level Tree_Opt only (they
+// record its number), so edits made between calls cannot leave stale marks.
+//
+// A subtree that never reaches its fixed point is run to its bound on every
+// call, and each enclosing call then runs to its bound as well; the work then
+// grows with the number of break messages, which is exactly that of the
+// naive algorithm.
+#include "dscr/tree_opt.h"
+
+#include <atomic>
+
+namespace quantor::detail {
+
+int Tree_OptChildren(X_ParsNode& node, TreeOptimizer optimize) {
+    int changes = 0;
+    if (node.Left()) changes += optimize(*node.Left());
+    if (node.Right()) changes += optimize(*node.Right());
+    return changes;
+}
+
+}  // namespace quantor::detail
+
+namespace {
+
+using namespace quantor::detail;
+
+std::atomic<uint64_t> gLastRunNumber{0};
+thread_local uint64_t tRunNumber = 0;
+
+// Gives the running top-level Tree_Opt its own number for the marks.
+class RunNumberScope {
+public:
+    RunNumberScope() : previous_(tRunNumber) { tRunNumber = ++gLastRunNumber; }
+    ~RunNumberScope() { tRunNumber = previous_; }
+    RunNumberScope(const RunNumberScope&) = delete;
+    RunNumberScope& operator=(const RunNumberScope&) = delete;
+
+private:
+    uint64_t previous_;
+};
+
+struct RoundCounts {
+    int rules = 0;
+    int constCalc = 0;
+    int exprElim = 0;
+    int reorder = 0;
+
+    // Tree_ExprElim's changes end no round early but are not added up.
+    int Changes() const { return rules + constCalc + reorder; }
+    bool AllZero() const { return rules == 0 && constCalc == 0 && exprElim == 0 && reorder == 0; }
+};
+
+RoundCounts Tree_OptRound(X_ParsNode& node, TreeOptimizer optimize) {
+    RoundCounts counts;
+    counts.rules = Tree_OptRules(node, optimize);
+    counts.constCalc = Tree_ConstCalc(node, optimize);
+    counts.exprElim = Tree_ExprElim(node, optimize);
+    counts.reorder = Tree_Reorder(node, optimize);
+    return counts;
+}
+
+int Tree_OptMarked(X_ParsNode& node) {
+    if (node.FixedPointMark() == tRunNumber) return 0;
+    const int bound = node.Depth() + 1;
+    int changes = 0;
+    int rounds = 0;
+    while (rounds <= bound) {
+        const uint64_t activityBefore = TreeActivityCount();
+        const RoundCounts counts = Tree_OptRound(node, Tree_OptMarked);
+        changes += counts.Changes();
+        ++rounds;
+        if (counts.AllZero()) {
+            if (TreeActivityCount() == activityBefore) node.SetFixedPointMark(tRunNumber);
+            return changes;
+        }
+    }
+    TreeError_Report(&node, L"X_ParsNode::Tree_Opt: break after %d changes and %d loops\n", changes, rounds);
+    return -1;
+}
+
+}  // namespace
+
+int X_ParsNode::Tree_Opt() {
+    RunNumberScope run;
+    return Tree_OptMarked(*this);
+}
