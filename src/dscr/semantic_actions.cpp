@@ -1,0 +1,238 @@
+// The semantic actions: each grammar reduction that means something to the
+// unit model. Trees handed to an action are freed by it; categories, units
+// and rules that the model does not take over are freed here as well.
+#include "dscr/semantic_actions.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+#include "dscr/parse_error.h"
+#include "etc/diag_log.h"
+#include "quantor/admin.h"
+#include "quantor/category.h"
+#include "quantor/convinfo.h"
+#include "quantor/unit.h"
+
+namespace {
+
+std::wstring NameText(const X_ParsNode* node) { return node ? node->Name() : std::wstring(); }
+
+// The administration keeps its categories, and a category its units, as
+// changeable objects and shows them const; the actions go on filling them.
+template <class Std, class Base>
+Std* Changeable(const Base* object) {
+    return const_cast<Std*>(dynamic_cast<const Std*>(object));
+}
+
+// Offers `category` to the administration; true when it holds it afterwards.
+bool AdminTakes(QtrAdminStd& admin, QtrCategoryBase* category) {
+    admin.Categ_Add(category);
+    std::vector<const QtrCategoryBase*> held;
+    admin.CategPtrs(held);
+    return std::ranges::find(held, category) != held.end();
+}
+
+// Hands a category made by Cat_Begin to the administration or frees it; a
+// reopened category belongs to the administration already.
+void CategoryHandOver(X_ActionState& state) {
+    if (state.newCategory && state.admin && AdminTakes(*state.admin, state.newCategory.get()))
+        state.newCategory.release();
+    state.newCategory.reset();
+    state.category = nullptr;
+}
+
+void PendingDefaultRecord(const X_ActionState& state, const X_ParsNode* name, const QtrUnitBase*& pending,
+                          const wchar_t* unknownMessage) {
+    const QtrUnitBase* unit = name && name->IsName() ? state.category->Unit(name->Name().c_str()) : nullptr;
+    if (unit)
+        pending = unit;
+    else
+        ParseError_ReportAt(name, unknownMessage);
+}
+
+bool IsNonConstant(const X_ParsNode* node) { return node && !node->IsConstantTree(); }
+
+// Truncation toward zero, limited to the range of a 32-bit integer; NaN gives 0.
+int32_t TruncatedShift(double value) {
+    if (std::isnan(value)) return 0;
+    constexpr double kLowest = std::numeric_limits<int32_t>::min();
+    constexpr double kHighest = std::numeric_limits<int32_t>::max();
+    return static_cast<int32_t>(std::clamp(value, kLowest, kHighest));
+}
+
+bool FormulaRefused(const X_ParsNode* formula, const wchar_t* message) {
+    ParseError_ReportAt(formula, message);
+    if (formula) formula->Print(0, L"Conv_GetFromRight err");
+    return false;
+}
+
+// What the walk down a source expression finds: the source unit's name, the
+// innermost multiplication or division and the innermost addition or
+// subtraction, and the sign changes on the way.
+struct SourceShape {
+    const X_ParsNode* name = nullptr;
+    const X_ParsNode* factor = nullptr;
+    const X_ParsNode* addend = nullptr;
+    bool divide = false;
+    bool subtract = false;
+    double sign = 1.0;
+};
+
+// Walks from `node` down the left operands to the source unit's name; false
+// when it meets a node it cannot pass (a number, for one) or runs out.
+bool SourceWalk(const X_ParsNode* node, SourceShape& shape) {
+    for (; node; node = node->Left()) {
+        switch (node->Type()) {
+            case ND_DIV:
+                shape.divide = true;
+                [[fallthrough]];
+            case ND_MULT:
+                shape.factor = node->Right();
+                break;
+            case ND_MINUS:
+                shape.subtract = true;
+                [[fallthrough]];
+            case ND_PLUS:
+                shape.addend = node->Right();
+                break;
+            case ND_UNMINUS:
+                shape.sign = -shape.sign;
+                break;
+            case ND_NAME:
+                shape.name = node;
+                return true;
+            default:
+                return false;
+        }
+    }
+    return false;
+}
+
+// Gives the current rule its units and formula and hands it to the source
+// unit; unknown units are reported to the log.
+void RuleHandOver(X_ActionState& state, const std::wstring& target, const std::wstring& source, double factor,
+                  double addend) {
+    QtrUnitStd* sourceUnit = Changeable<QtrUnitStd>(state.category->Unit(source.c_str()));
+    const QtrUnitBase* targetUnit = state.category->Unit(target.c_str());
+    if (!sourceUnit) Error_Report(kSrcParsOps, 404, L"Conv_Finish: unknown src unit \"%s\"\n", source);
+    if (!targetUnit) Error_Report(kSrcParsOps, 407, L"Conv_Finish: unknown target unit \"%s\"\n", target);
+    if (!sourceUnit || !targetUnit || !state.rule) return;
+    state.rule->SetUnits(targetUnit, sourceUnit);
+    state.rule->SetFormula(1.0 / factor, addend / factor);
+    if (sourceUnit->ConvInfoAdd(state.rule.get()) > 0) state.rule.release();
+}
+
+}  // namespace
+
+X_ActionState::X_ActionState(QtrAdminStd* administration) : admin(administration) {}
+
+X_ActionState::~X_ActionState() { CategoryHandOver(*this); }
+
+void Cat_Begin(X_ActionState& state, X_ParsNodePtr name, X_ParsNodePtr /*value*/) {
+    state.defaultIntern = nullptr;
+    state.defaultSurface = nullptr;
+    const std::wstring categoryName = NameText(name.get());
+    const QtrCategoryBase* held = state.admin ? state.admin->Category(categoryName.c_str()) : nullptr;
+    state.category = Changeable<QtrCategoryStd>(held);
+    if (state.category) return;
+    // A held category of another kind cannot be added to: the block is then
+    // read into a category without administration and dropped at its end.
+    state.newCategory = std::make_unique<QtrCategoryStd>(categoryName.c_str(), held ? nullptr : state.admin);
+    state.category = state.newCategory.get();
+}
+
+void Cat_DefaultIntern(X_ActionState& state, X_ParsNodePtr name) {
+    PendingDefaultRecord(state, name.get(), state.defaultIntern, L"unknown default internal unit\n");
+}
+
+void Cat_DefaultSurface(X_ActionState& state, X_ParsNodePtr name) {
+    PendingDefaultRecord(state, name.get(), state.defaultSurface, L"unknown default surface unit\n");
+}
+
+void Unit_Begin(X_ActionState& state, X_ParsNodePtr name, X_ParsNodePtr /*value*/) {
+    auto unit = std::make_unique<QtrUnitStd>(state.category, NameText(name.get()).c_str());
+    const int added = state.category->UnitAdd(unit.get());
+    if (added > 0)
+        unit.release();
+    else if (added < 0)
+        Error_Report(kSrcParsOps, 588, L"Unit_Begin, cannot add unit");
+}
+
+void Conv_Begin(X_ActionState& state) {
+    state.rule = std::make_unique<QtrConvInfoStd>();
+    state.rule->SetExplicit(true);
+}
+
+void Conv_FmtShft(X_ActionState& state, X_ParsNodePtr pre, X_ParsNodePtr post) {
+    const X_ParsNode* culprit = IsNonConstant(post.get()) ? post.get() : IsNonConstant(pre.get()) ? pre.get() : nullptr;
+    if (culprit || !pre || !post) {
+        ParseError_ReportAt(culprit, L"Conv_FmtShft(,): constant expected\n");
+    } else if (state.rule) {
+        state.rule->SetPreFmtshft(TruncatedShift(pre->Value()));
+        state.rule->SetPostFmtshft(TruncatedShift(post->Value()));
+    } else {
+        ParseError_Report(L"Conv_FmtShft(,): no ConvInfo-Ptr\n");
+    }
+}
+
+bool Conv_GetFromRight(const X_ParsNode* formula, std::wstring& target, std::wstring& source, double& factor,
+                       double& addend) {
+    if (!formula || formula->Type() != ND_CONVFORM)
+        return FormulaRefused(formula, L"Conv_GetFromRight(.): ND_CONVFORM-node expected\n");
+    if (!formula->Left() || !formula->Left()->IsName())
+        return FormulaRefused(formula, L"Conv_GetFromRight(.): left name-node expected\n");
+    target.clear();
+    source.clear();
+    factor = 1.0;
+    addend = 0.0;
+    SourceShape shape;
+    if (!SourceWalk(formula->Right(), shape) || shape.name->Name().empty())
+        return FormulaRefused(formula, L"Conv_GetFromRight(): error in formula\n");
+    source = shape.name->Name();
+    if (shape.addend) addend = shape.subtract ? -shape.addend->Value() : shape.addend->Value();
+    factor = shape.sign;
+    if (shape.factor) {
+        factor *= shape.factor->Value();
+        if (shape.divide) factor = 1.0 / factor;
+    }
+    target = formula->Left()->Name();
+    return true;
+}
+
+void Conv_Finish(X_ActionState& state, X_ParsNodePtr formula) {
+    std::wstring target, source;
+    double factor = 1.0;
+    double addend = 0.0;
+    if (formula) {
+        formula->Tree_Opt();
+        if (Conv_GetFromRight(formula.get(), target, source, factor, addend))
+            RuleHandOver(state, target, source, factor, addend);
+    }
+    state.rule.reset();
+}
+
+void Cat_Finish(X_ActionState& state) {
+    // Completion runs before the default units are set.
+    if (!state.category->ConvInfoComplete())
+        Error_Report(kSrcParsOps, 285, L"Cat_Finish: ConvInfoComplete misses some conversion rules\n");
+    if (!state.defaultIntern) state.defaultIntern = state.defaultSurface;
+    if (!state.defaultSurface) state.defaultSurface = state.defaultIntern;
+    if (state.defaultIntern) state.category->DefaultInternUnitSet(state.defaultIntern);
+    if (state.defaultSurface) state.category->DefaultSurfaceUnitSet(state.defaultSurface);
+    CategoryHandOver(state);
+    state.rule.reset();
+    state.defaultIntern = nullptr;
+    state.defaultSurface = nullptr;
+}
+
+X_ParsNodePtr Expr_Const(X_ParsNodePtr expression) {
+    if (!expression) return nullptr;
+    expression->Tree_Opt();
+    if (expression->IsConstantTree()) return expression;
+    ParseError_ReportAt(expression.get(), L"no constant expression\n");
+    expression->Print(0, L"should be Const-Expr");
+    return nullptr;
+}
