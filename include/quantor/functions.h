@@ -1,5 +1,7 @@
 // Free functions over the process-wide default administration and
-// translation dictionary, for hosts that need no object of their own.
+// translation dictionary, for hosts that need no object of their own. A null
+// or unknown name, or a default administration that failed to load, gives
+// null, an empty string or false.
 #pragma once
 
 #include <string>
@@ -18,6 +20,9 @@ QUANTOR_API std::wstring DefaultSurfaceUnitNameFromUnit(const wchar_t* unitName)
 // `srcName` into the unit named `trgUnitName` of the same category.
 QUANTOR_API bool UnitConvert(double& result, const wchar_t* trgUnitName, double value, const wchar_t* srcName);
 QUANTOR_API bool UnitConvert(double& result, const QtrUnitBase* trgUnit, double value, const wchar_t* srcName);
+// Sets `text` to the default dictionary's translation of `unitName`, or to the
+// name itself without a dictionary; a null name leaves `text` as it is.
 QUANTOR_API void UnitTranslateDefault(std::wstring& text, const wchar_t* unitName);
+// True when `name` begins with "QT_".
 QUANTOR_API bool QT_IsCategorynameValid(const wchar_t* name);
 QUANTOR_API bool QT_IsUnitnameValid(const wchar_t* name);

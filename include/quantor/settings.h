@@ -23,8 +23,8 @@ class QUANTOR_API QtrSettings {
 public:
     virtual ~QtrSettings() = default;
     // Reads section/key; `value` holds the default on entry. 0 means success.
-    virtual int32_t SettingsGetValue(const std::wstring& section, const std::wstring& key,
-                                     uint16_t expectedType, QtrVariant& value, int32_t flags) = 0;
+    virtual int32_t SettingsGetValue(const std::wstring& section, const std::wstring& key, uint16_t expectedType,
+                                     QtrVariant& value, int32_t flags) = 0;
     // Prepares the settings for reading at a level; 0 means success.
     virtual int32_t SettingsPrepare(int32_t level) = 0;
 };
@@ -32,6 +32,10 @@ public:
 // Creates a settings source; a factory that returns null means creation failed.
 using QtrSettingsFactory = std::function<std::unique_ptr<QtrSettings>()>;
 
-// Installs the settings factory and returns the one it replaces. The default
-// factory reads QUANTOR_UNITS_DIR, QUANTOR_CURRENCY_MODE and QUANTOR_LANGUAGE_ID.
+// Installs the settings factory and returns the one it replaces; an empty
+// factory means creation fails. The default factory answers from the
+// environment: QUANTOR_UNITS_DIR (unset: the shipped catalogue beside the
+// library) for "unitsandcurrencies"/"curr_dscr_filepath", QUANTOR_CURRENCY_MODE
+// for "unitsandcurrencies"/"mode" and QUANTOR_LANGUAGE_ID for
+// "common"/"languageid"; every other key fails.
 QUANTOR_API QtrSettingsFactory QtrSetSettingsFactory(QtrSettingsFactory factory);

@@ -1,0 +1,145 @@
+// The settings source of the process-wide defaults. A host installs its own
+// factory; the default one answers from the environment: QUANTOR_UNITS_DIR
+// (or, when unset, the shipped data folder found from the library's own
+// location), QUANTOR_CURRENCY_MODE and QUANTOR_LANGUAGE_ID.
+#include <dlfcn.h>
+
+#include <charconv>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <mutex>
+
+#include "etc/utf8.h"
+#include "units/settings_source.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The answer for a key the environment does not set; any non-zero code fails.
+constexpr int32_t kSettingUnavailable = 1;
+
+// The file that holds this code: the shared library, or a program that
+// linked the library's objects in. A program is named as it was started,
+// possibly relative to a folder it has since left, so it is read from /proc.
+fs::path LibraryFile() {
+    Dl_info info{};
+    if (dladdr(reinterpret_cast<const void*>(&LibraryFile), &info) != 0 && info.dli_fname && info.dli_fname[0] == '/')
+        return info.dli_fname;
+    return "/proc/self/exe";
+}
+
+fs::path CanonicalOrAsGiven(const fs::path& path) {
+    std::error_code error;
+    fs::path canonical = fs::canonical(path, error);
+    return error ? path : canonical;
+}
+
+// A library in the build tree reads the catalogue beside the sources; an
+// installed one reads it from the data folder of its install prefix.
+std::wstring ShippedDataFolderFind() {
+    const fs::path libraryFolder = CanonicalOrAsGiven(LibraryFile()).parent_path();
+    if (libraryFolder == CanonicalOrAsGiven(QUANTOR_BUILD_LIBRARY_DIR))
+        return quantor::detail::FromUtf8(QUANTOR_SOURCE_DATA_DIR);
+    const fs::path installed = (libraryFolder / QUANTOR_INSTALLED_DATA_RELPATH).lexically_normal();
+    return quantor::detail::FromUtf8(installed.string());
+}
+
+const std::wstring& ShippedDataFolder() {
+    static const std::wstring folder = ShippedDataFolderFind();
+    return folder;
+}
+
+// An environment variable's value; null when it is unset or empty.
+const char* EnvironmentValue(const char* name) {
+    const char* value = std::getenv(name);
+    return value && value[0] != '\0' ? value : nullptr;
+}
+
+int32_t IntegerAnswer(const char* variable, QtrVariant& value) {
+    const char* text = EnvironmentValue(variable);
+    if (!text) return kSettingUnavailable;
+    int32_t number = 0;
+    const char* end = text + std::strlen(text);
+    const auto [stop, error] = std::from_chars(text, end, number);
+    if (error != std::errc() || stop != end) return kSettingUnavailable;
+    value.type = QTR_VT_I4;
+    value.i4 = number;
+    return 0;
+}
+
+int32_t FolderAnswer(QtrVariant& value) {
+    const char* text = EnvironmentValue("QUANTOR_UNITS_DIR");
+    value.type = QTR_VT_BSTR;
+    value.str = text ? quantor::detail::FromUtf8(text) : ShippedDataFolder();
+    return 0;
+}
+
+class EnvironmentSettings : public QtrSettings {
+public:
+    int32_t SettingsGetValue(const std::wstring& section, const std::wstring& key, uint16_t /*expectedType*/,
+                             QtrVariant& value, int32_t /*flags*/) override {
+        if (section == L"unitsandcurrencies" && key == L"curr_dscr_filepath") return FolderAnswer(value);
+        if (section == L"unitsandcurrencies" && key == L"mode") return IntegerAnswer("QUANTOR_CURRENCY_MODE", value);
+        if (section == L"common" && key == L"languageid") return IntegerAnswer("QUANTOR_LANGUAGE_ID", value);
+        return kSettingUnavailable;
+    }
+    int32_t SettingsPrepare(int32_t /*level*/) override { return 0; }
+};
+
+class FactorySlot {
+public:
+    QtrSettingsFactory Exchange(QtrSettingsFactory next) {
+        std::lock_guard lock(mutex_);
+        std::swap(factory_, next);
+        return next;
+    }
+    QtrSettingsFactory Get() const {
+        std::lock_guard lock(mutex_);
+        return factory_;
+    }
+
+private:
+    mutable std::mutex mutex_;
+    QtrSettingsFactory factory_ = [] { return std::make_unique<EnvironmentSettings>(); };
+};
+
+FactorySlot& TheFactorySlot() {
+    static FactorySlot slot;
+    return slot;
+}
+
+}  // namespace
+
+QtrSettingsFactory QtrSetSettingsFactory(QtrSettingsFactory factory) {
+    return TheFactorySlot().Exchange(std::move(factory));
+}
+
+namespace quantor::detail {
+
+std::unique_ptr<QtrSettings> SettingsCreate() {
+    // Called outside the lock, so a factory may itself install another.
+    const QtrSettingsFactory factory = TheFactorySlot().Get();
+    return factory ? factory() : nullptr;
+}
+
+bool SettingsPrepareLevels(QtrSettings& settings, std::initializer_list<int32_t> levels) {
+    for (const int32_t level : levels)
+        if (settings.SettingsPrepare(level) != 0) return false;
+    return true;
+}
+
+FolderSetting SettingsFolderRead(QtrSettings& settings, std::wstring& folder) {
+    const std::wstring section = L"unitsandcurrencies";
+    const std::wstring key = L"curr_dscr_filepath";
+    QtrVariant value{QTR_VT_BSTR, L"", 0};
+    if (settings.SettingsGetValue(section, key, QTR_VT_BSTR, value, 3) != 0 &&
+        settings.SettingsGetValue(section, key, QTR_VT_BSTR, value, 1) != 0)
+        return FolderSetting::Missing;
+    if (value.type != QTR_VT_BSTR) return FolderSetting::NotString;
+    folder = value.str;
+    return FolderSetting::Read;
+}
+
+}  // namespace quantor::detail
