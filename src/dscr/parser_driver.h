@@ -32,7 +32,7 @@ public:
     // recursively, and the empty operand's copies could double a tree's size
     // with every operator.
     static constexpr int kMaxExpressionDepth = 1000;
-    static constexpr int kMaxExpressionNodes = 100000;
+    static constexpr int kMaxExpressionNodes = 10000;
 
     explicit X_DscrParse(QtrAdminStd* admin) : actions(admin) {}
 

@@ -22,9 +22,11 @@
 // record its number), so edits made between calls cannot leave stale marks.
 //
 // A subtree that never reaches its fixed point is run to its bound on every
-// call, and each enclosing call then runs to its bound as well; the work then
-// grows with the number of break messages, which is exactly that of the
-// naive algorithm.
+// call, and each enclosing call then runs to its bound as well, so the work
+// grows with the depth as fast as the naive algorithm's. To end in time on
+// any input, one top-level Tree_Opt may run at most kRoundBudget rounds; a
+// formula that needs more is left as far as it got and reported as too
+// complex. Formulas of real catalogues settle within a few hundred rounds.
 #include "dscr/tree_opt.h"
 
 #include <atomic>
@@ -44,19 +46,32 @@ namespace {
 
 using namespace quantor::detail;
 
+constexpr uint64_t kRoundBudget = 200000;
+
 std::atomic<uint64_t> gLastRunNumber{0};
 thread_local uint64_t tRunNumber = 0;
+thread_local uint64_t tRoundsLeft = 0;
+thread_local bool tBudgetExhausted = false;
 
-// Gives the running top-level Tree_Opt its own number for the marks.
+// Gives the running top-level Tree_Opt its own number for the marks and its
+// budget of rounds.
 class RunNumberScope {
 public:
-    RunNumberScope() : previous_(tRunNumber) { tRunNumber = ++gLastRunNumber; }
-    ~RunNumberScope() { tRunNumber = previous_; }
+    RunNumberScope() : previous_(tRunNumber), previousRoundsLeft_(tRoundsLeft) {
+        tRunNumber = ++gLastRunNumber;
+        tRoundsLeft = kRoundBudget;
+        tBudgetExhausted = false;
+    }
+    ~RunNumberScope() {
+        tRunNumber = previous_;
+        tRoundsLeft = previousRoundsLeft_;
+    }
     RunNumberScope(const RunNumberScope&) = delete;
     RunNumberScope& operator=(const RunNumberScope&) = delete;
 
 private:
     uint64_t previous_;
+    uint64_t previousRoundsLeft_;
 };
 
 struct RoundCounts {
@@ -80,11 +95,16 @@ RoundCounts Tree_OptRound(X_ParsNode& node, TreeOptimizer optimize) {
 }
 
 int Tree_OptMarked(X_ParsNode& node) {
-    if (node.FixedPointMark() == tRunNumber) return 0;
+    if (node.FixedPointMark() == tRunNumber || tBudgetExhausted) return 0;
     const int bound = node.Depth() + 1;
     int changes = 0;
     int rounds = 0;
     while (rounds <= bound) {
+        if (tRoundsLeft == 0) {
+            tBudgetExhausted = true;
+            return changes;
+        }
+        --tRoundsLeft;
         const uint64_t activityBefore = TreeActivityCount();
         const RoundCounts counts = Tree_OptRound(node, Tree_OptMarked);
         changes += counts.Changes();
@@ -102,5 +122,8 @@ int Tree_OptMarked(X_ParsNode& node) {
 
 int X_ParsNode::Tree_Opt() {
     RunNumberScope run;
-    return Tree_OptMarked(*this);
+    const int changes = Tree_OptMarked(*this);
+    if (!tBudgetExhausted) return changes;
+    TreeError_Report(this, L"X_ParsNode::Tree_Opt: formula too complex\n");
+    return -1;
 }

@@ -4,6 +4,8 @@
 // that parses on two threads keep to themselves.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <atomic>
 #include <cmath>
 #include <mutex>
@@ -214,6 +216,18 @@ TEST_F(Grammar, DeeperExpressionsAreRefusedAtTheirFirstToken) {
         EXPECT_EQ(errors[0].column, static_cast<int>(head.size() - head.find('\n') - 1 + row.firstToken));
         EXPECT_EQ(SummaryLines(), Messages{Summary(1)});
     }
+}
+
+// Runs of signs copy the operand before them, giving trees whose rewrites
+// never settle; the simplifier gives up on them instead of running for hours.
+TEST_F(Grammar, FormulasThatNeverSettleAreRefusedAsTooComplex) {
+    QtrAdminDscr admin;
+    EXPECT_FALSE(Parse(admin, "category A { unit m, k;\n convert k <- m format " + Repeated("-", 10) + "3, 0; }"));
+    const std::vector<ReportedParseError> errors = ParseErrors();
+    const auto tooComplex = std::count_if(errors.begin(), errors.end(), [](const ReportedParseError& error) {
+        return error.message == L"X_ParsNode::Tree_Opt: formula too complex\n";
+    });
+    EXPECT_EQ(tooComplex, 1);
 }
 
 TEST_F(Grammar, MissingFileIsReportedToTheLog) {
