@@ -1,268 +1,172 @@
-// The category: taking units over, finding them only through the
-// administration's name index, default units, conversions by name with their
-// messages, and the printed `category` block in both forms.
+// The category: completing its rules with identities, inverses and chains,
+// what stays when a pair cannot be reached, random catalogues whose every
+// pair must convert consistently, and the printed `category` block.
 #include "quantor/category.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <numeric>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "quantor/admin.h"
 #include "quantor/convinfo.h"
-#include "quantor/sinks.h"
 #include "quantor/unit.h"
+#include "support/sink_capture.h"
 
 namespace {
 
-// Collects the log messages written while it lives and restores the sink.
-class LogCapture {
-public:
-    LogCapture() : previous_(QtrSetLogSink([this](const QtrLogEntry& entry) { messages_.push_back(entry.message); })) {}
-    ~LogCapture() { QtrSetLogSink(std::move(previous_)); }
-    const std::vector<std::wstring>& Messages() const { return messages_; }
-
-private:
-    std::vector<std::wstring> messages_;
-    QtrLogSink previous_;
+// A category of units named in the given order, in its own administration.
+struct Catalogue {
+    explicit Catalogue(const std::vector<std::wstring>& names) {
+        admin.Categ_Add(category);
+        for (const std::wstring& name : names) {
+            units.push_back(new QtrUnitStd(category, name.c_str()));
+            EXPECT_EQ(category->UnitAdd(units.back()), 1);
+        }
+    }
+    QtrAdminStd admin;
+    QtrCategoryStd* category = new QtrCategoryStd(L"length", &admin);
+    std::vector<QtrUnitStd*> units;
 };
 
-// Collects the trace text written while it lives, in one string.
-class TraceCapture {
-public:
-    TraceCapture() : previous_(QtrSetTraceSink([this](const std::wstring& text) { text_ += text; })) {}
-    ~TraceCapture() { QtrSetTraceSink(std::move(previous_)); }
-    const std::wstring& Text() const { return text_; }
-
-private:
-    std::wstring text_;
-    QtrTraceSink previous_;
-};
-
-QtrUnitStd* AddUnit(QtrCategoryStd& category, const wchar_t* name) {
-    auto* unit = new QtrUnitStd(&category, name);
-    EXPECT_EQ(category.UnitAdd(unit), 1);
-    return unit;
-}
-
-// An explicit rule by which `source` converts into `target`: x * factor.
-void AddRule(QtrUnitStd* source, const QtrUnitStd* target, double factor) {
+// An explicit rule by which `source` converts into `target`.
+void AddRule(QtrUnitStd* source, const QtrUnitStd* target, double factor, double addend = 0.0) {
     auto* rule = new QtrConvInfoStd;
     rule->SetUnits(target, source);
-    rule->SetFormula(factor, 0.0);
+    rule->SetFormula(factor, addend);
     rule->SetExplicit(true);
     ASSERT_EQ(source->ConvInfoAdd(rule), 1);
 }
 
-// A length category held by an administration: m, km, cm, with explicit
-// rules from km and from cm to m.
-class LengthCategory : public ::testing::Test {
+// m, km and cm with explicit rules from km and from cm to m.
+class MetricLength : public ::testing::Test {
 protected:
-    LengthCategory() {
-        admin_.Categ_Add(length_);
-        m_ = AddUnit(*length_, L"m");
-        km_ = AddUnit(*length_, L"km");
-        cm_ = AddUnit(*length_, L"cm");
-        AddRule(km_, m_, 1000.0);
-        AddRule(cm_, m_, 0.01);
-    }
+    MetricLength() { AddRule(km_, m_, 1000.0); AddRule(cm_, m_, 0.01); }
 
-    QtrAdminStd admin_;
-    QtrCategoryStd* length_ = new QtrCategoryStd(L"length", &admin_);
-    QtrUnitStd* m_ = nullptr;
-    QtrUnitStd* km_ = nullptr;
-    QtrUnitStd* cm_ = nullptr;
+    Catalogue length_{{L"m", L"km", L"cm"}};
+    QtrCategoryStd& category_ = *length_.category;
+    QtrUnitStd *m_ = length_.units[0], *km_ = length_.units[1], *cm_ = length_.units[2];
+    LogCapture log_;
 };
 
-TEST_F(LengthCategory, UnitAddRefusesDuplicatesAndOtherCategories) {
-    LogCapture log;
-    QtrUnitStd twin(length_, L"m");
-    EXPECT_EQ(length_->UnitAdd(&twin), 0);
-    EXPECT_TRUE(log.Messages().empty());
-
-    QtrCategoryStd mass(L"mass", nullptr);
-    QtrUnitStd kg(&mass, L"kg");
-    EXPECT_EQ(length_->UnitAdd(&kg), -1);
-    QtrUnitStd orphan(nullptr, L"ft");
-    EXPECT_EQ(length_->UnitAdd(&orphan), -1);
-    EXPECT_EQ(length_->UnitAdd(nullptr), -1);
-    EXPECT_EQ(log.Messages(), (std::vector<std::wstring>{
-                                  L"Categ_IsCompatible_Unit(<length>,<kg>): unit with inconsistent categ \"mass\"\n",
-                                  L"QtrCategoryStd::UnitAdd(.): incompatible unit\n",
-                                  L"Categ_IsCompatible_Unit(<length>,<ft>): no category in unit\n",
-                                  L"QtrCategoryStd::UnitAdd(.): incompatible unit\n",
-                                  L"Categ_IsCompatible_Unit(<length>, NULL ): param err\n",
-                                  L"QtrCategoryStd::UnitAdd(.): incompatible unit\n",
-                              }));
-    std::vector<std::wstring> names;
-    length_->UnitNames(names);
-    EXPECT_EQ(names.size(), 3u);
-}
-
-TEST_F(LengthCategory, UnitAddJudgesTheCategoryByName) {
-    QtrCategoryStd namesake(L"length", nullptr);
-    auto* mile = new QtrUnitStd(&namesake, L"mi");
-    EXPECT_EQ(length_->UnitAdd(mile), 1);
-    EXPECT_EQ(admin_.Unit(L"mi"), mile);
-    // The index holds it, but it belongs to another category object.
-    EXPECT_EQ(length_->Unit(L"mi"), nullptr);
-}
-
-TEST_F(LengthCategory, FindsOnlyItsOwnUnitsThroughTheIndex) {
-    std::vector<const QtrUnitBase*> units{nullptr};
-    length_->UnitPtrs(units);
-    EXPECT_EQ(units, (std::vector<const QtrUnitBase*>{m_, km_, cm_}));
-    EXPECT_EQ(length_->Unit(L"km"), km_);
-    EXPECT_EQ(length_->Unit(L"KM"), nullptr);
-    EXPECT_EQ(length_->Unit(L"length"), nullptr);
-    EXPECT_EQ(length_->Unit(nullptr), nullptr);
-
-    auto* mass = new QtrCategoryStd(L"mass", &admin_);
-    admin_.Categ_Add(mass);
-    AddUnit(*mass, L"kg");
-    EXPECT_EQ(length_->Unit(L"kg"), nullptr);
-}
-
-TEST(Category, WithoutAdministrationFindsNoUnit) {
-    QtrCategoryStd length(L"length", nullptr);
-    AddUnit(length, L"m");
-    EXPECT_EQ(length.Unit(L"m"), nullptr);
-    EXPECT_FALSE(length.DefaultInternUnitSet(L"m"));
-    std::vector<std::wstring> names;
-    length.UnitNames(names);
-    EXPECT_EQ(names, std::vector<std::wstring>{L"m"});
-}
-
-TEST_F(LengthCategory, DefaultUnitsAreSetOnlyToItsOwnUnits) {
-    std::wstring name = L"untouched";
-    EXPECT_EQ(length_->DefaultInternUnitGet(name), nullptr);
-    EXPECT_EQ(name, L"untouched");
-    EXPECT_TRUE(length_->DefaultInternUnitSet(L"m"));
-    EXPECT_FALSE(length_->DefaultInternUnitSet(L"mm"));
-    EXPECT_FALSE(length_->DefaultSurfaceUnitSet(static_cast<const wchar_t*>(nullptr)));
-    EXPECT_EQ(length_->DefaultInternUnitGet(name), m_);
-    EXPECT_EQ(name, L"m");
-    EXPECT_EQ(length_->DefaultSurfaceUnitGet(), nullptr);
-}
-
-TEST_F(LengthCategory, ConvertsTargetFirst) {
-    LogCapture log;
+TEST_F(MetricLength, CompletionLinksEveryPairAndGivesAllButTheLastUnitAnIdentity) {
+    ASSERT_TRUE(category_.ConvInfoComplete());
     double result = 0.0;
-    EXPECT_TRUE(length_->Convert(result, L"m", 2.5, L"km"));
-    EXPECT_DOUBLE_EQ(result, 2500.0);
-    EXPECT_EQ(length_->ConvInfo(L"m", L"cm"), cm_->ConvInfo(m_));
-    // Equal names convert without a lookup, even names no unit bears.
-    EXPECT_TRUE(length_->Convert(result, L"furlong", 7.0, L"furlong"));
-    EXPECT_EQ(result, 7.0);
-    EXPECT_TRUE(log.Messages().empty());
+    EXPECT_TRUE(category_.Convert(result, L"cm", 1.0, L"km"));
+    EXPECT_NEAR(result, 100000.0, 1e-9);
+    for (const QtrUnitStd* from : length_.units)
+        for (const QtrUnitStd* to : length_.units)
+            EXPECT_EQ(from->ConvInfo(to) != nullptr, from != to || from != cm_) << from->Name() << "->" << to->Name();
+    EXPECT_TRUE(log_.Entries().empty());
 }
 
-TEST_F(LengthCategory, ConversionFailuresAreReported) {
-    LogCapture log;
-    double result = -1.0;
-    EXPECT_FALSE(length_->Convert(result, L"km", 2.0, L"m"));
-    EXPECT_FALSE(length_->Convert(result, L"m", 3.0, L"mm"));
-    EXPECT_FALSE(length_->Convert(result, nullptr, 4.0, L"m"));
-    EXPECT_EQ(result, -1.0);
-    EXPECT_EQ(length_->ConvInfo(nullptr, L"km"), nullptr);
-    EXPECT_EQ(log.Messages(), (std::vector<std::wstring>{
-                                  L"QtrCategoryStd::ConvInfo(km,m): trgt unit not found\n",
-                                  L"QtrCategoryStd::Convert(,km,2,m): no convinfo\n",
-                                  L"QtrCategoryStd::ConvInfo(m,mm): src unit not found\n",
-                                  L"QtrCategoryStd::Convert(,m,3,mm): no convinfo\n",
-                                  L"QtrCategoryStd::Convert(,NULL,(null),NULL): NULL-parameter\n",
-                                  L"QtrCategoryStd::ConvInfo((null),km): trgt unit not found\n",
-                              }));
+TEST_F(MetricLength, ExplicitRulesWinOverDerivedOnes) {
+    AddRule(m_, km_, 0.002);  // inconsistent, but given
+    ASSERT_TRUE(category_.ConvInfoComplete());
+    EXPECT_EQ(m_->ConvInfo(km_)->Factor(), 0.002);
+    ASSERT_FALSE(cm_->ConvInfo(km_)->Is_Explicit());
+    AddRule(cm_, km_, 1e-5);
+    EXPECT_EQ(cm_->ConvInfo(km_)->Factor(), 1e-5);
 }
 
-TEST(Category, EmptyNameIsReported) {
-    LogCapture log;
-    QtrCategoryStd unnamed(nullptr, nullptr);
-    EXPECT_EQ(unnamed.Name(), L"");
-    EXPECT_EQ(log.Messages(), std::vector<std::wstring>{L"QtrCategoryStd::Name(): empty!!!\n"});
-}
-
-constexpr const wchar_t* kLengthHead =
-    L"\ncategory length\n{\n\tunit m;\n\tunit km;\n\tunit cm;\n\tdefaultintern m;\n\tdefaultsurface km;\n";
-
-TEST_F(LengthCategory, PrintsEveryRuleOfACompleteCategory) {
-    ASSERT_TRUE(length_->ConvInfoComplete());
-    length_->DefaultInternUnitSet(m_);
-    length_->DefaultSurfaceUnitSet(km_);
+TEST_F(MetricLength, PrintsEveryRuleOrACompactSetLinkingEveryUnitToTheFirst) {
+    ASSERT_TRUE(category_.ConvInfoComplete());
+    category_.DefaultInternUnitSet(m_);
+    category_.DefaultSurfaceUnitSet(km_);
+    const std::wstring head =
+        L"\ncategory length\n{\n\tunit m;\n\tunit km;\n\tunit cm;\n\tdefaultintern m;\n\tdefaultsurface km;\n"
+        L"\n\tconvert  m\t<- km / 1000;\t// explicit\n"
+        L"\n\tconvert  m\t<- cm * 100;\t// explicit\n";
     TraceCapture trace;
-    length_->PrettyPrint(nullptr, true);
-    EXPECT_EQ(trace.Text(), std::wstring(kLengthHead) +
-                                L"\n\tconvert  m\t<- km / 1000;\t// explicit\n"
-                                L"\n\tconvert  m\t<- cm * 100;\t// explicit\n"
+    category_.PrettyPrint(nullptr, true);
+    EXPECT_EQ(trace.Text(), head +
                                 L"\n\tconvert  km\t<- m * 1000;\n"
                                 L"\n\tconvert  km\t<- cm * 100000;\n"
                                 L"\n\tconvert  cm\t<- m / 100;\n"
                                 L"\n\tconvert  cm\t<- km / 100000;\n"
                                 L"\n} // length\n\n");
+    trace.Clear();
+    category_.PrettyPrint(nullptr, false);
+    EXPECT_EQ(trace.Text(), head + L"\n} // length\n\n");
 }
 
-TEST_F(LengthCategory, PrintsACompactSetLinkingEveryUnitToTheFirst) {
-    ASSERT_TRUE(length_->ConvInfoComplete());
-    length_->DefaultInternUnitSet(m_);
-    length_->DefaultSurfaceUnitSet(km_);
-    TraceCapture trace;
-    length_->PrettyPrint(nullptr, false);
-    EXPECT_EQ(trace.Text(), std::wstring(kLengthHead) +
-                                L"\n\tconvert  m\t<- km / 1000;\t// explicit\n"
-                                L"\n\tconvert  m\t<- cm * 100;\t// explicit\n"
-                                L"\n} // length\n\n");
+TEST(Completion, UnreachablePairFailsAndKeepsWhatWasAdded) {
+    Catalogue abc({L"A", L"B", L"C"});
+    QtrUnitStd *a = abc.units[0], *b = abc.units[1];
+    AddRule(a, b, 2.0);
+    LogCapture log;
+    EXPECT_FALSE(abc.category->ConvInfoComplete());
+    EXPECT_EQ(log.Messages(), std::vector<std::wstring>{L"QtrCategoryStd::ConvInfoComplete(), missing  B <- C\n"});
+    ASSERT_NE(b->ConvInfo(a), nullptr);
+    EXPECT_EQ(b->ConvInfo(a)->Factor(), 0.5);
 }
 
-TEST(CategoryPrinter, CompactFormLinksAroundMissingRules) {
-    QtrAdminStd admin;
-    auto* category = new QtrCategoryStd(L"per cent", &admin);
-    admin.Categ_Add(category);
-    QtrUnitStd* a = AddUnit(*category, L"a");
-    QtrUnitStd* b = AddUnit(*category, L"b");
-    QtrUnitStd* c = AddUnit(*category, L"c");
-    AddRule(c, b, 2.0);
-    TraceCapture trace;
-    category->PrettyPrint(nullptr, false);
-    EXPECT_EQ(trace.Text(),
-              L"\ncategory \"per cent\"\n{\n\tunit a;\n\tunit b;\n\tunit c;\n"
-              L"\n\t// convert a <- b : no convinfo\n"
-              L"\n\tconvert  b\t<- c / 2;\t// explicit\n"
-              L"\n} // \"per cent\"\n\n");
-
-    // c reaches a only through b: the gap is marked and the walk goes on from b.
-    AddRule(b, a, 4.0);
-    TraceCapture second;
-    category->PrettyPrint(nullptr, false);
-    EXPECT_NE(second.Text().find(L"\n\tconvert  a\t<- b / 4;\t// explicit\n"
-                                 L"\n\t// convert a <- c : no convinfo\n"
-                                 L"\n\tconvert  b\t<- c / 2;\t// explicit\n\n}"),
-              std::wstring::npos);
+TEST(Completion, RuleOfFactorZeroCannotBeInverted) {
+    Catalogue pair({L"A", L"B"});
+    AddRule(pair.units[0], pair.units[1], 0.0, 5.0);
+    LogCapture log;
+    EXPECT_FALSE(pair.category->ConvInfoComplete());
+    EXPECT_EQ(log.Messages(), (std::vector<std::wstring>{L"QtrConvInfoStd::NewInverse(): Factor() == 0, impossible\n",
+                                                         L"QtrCategoryStd::ConvInfoComplete, ConvInfoAdd err\n"}));
+    EXPECT_EQ(pair.units[1]->ConvInfo(pair.units[0]), nullptr);
 }
 
-TEST(CategoryPrinter, BothFormsMarkMissingRules) {
-    QtrCategoryStd category(L"x", nullptr);
-    QtrUnitStd* p = AddUnit(category, L"p");
-    QtrUnitStd* q = AddUnit(category, L"q");
-    AddUnit(category, L"r");
-    AddRule(q, p, 0.5);
-    const std::wstring head = L"\ncategory x\n{\n\tunit p;\n\tunit q;\n\tunit r;\n";
-    const std::wstring qToP = L"\n\tconvert  p\t<- q * 2;\t// explicit\n";
-    TraceCapture all;
-    category.PrettyPrint(nullptr, true);
-    EXPECT_EQ(all.Text(), head + qToP +
-                              L"\n\t// convert p <- r : no convinfo\n"
-                              L"\n\t// convert q <- p : no convinfo\n"
-                              L"\n\t// convert q <- r : no convinfo\n"
-                              L"\n\t// convert r <- p : no convinfo\n"
-                              L"\n\t// convert r <- q : no convinfo\n"
-                              L"\n} // x\n\n");
-    // No unit links r to p: the walk moves on to q as target.
-    TraceCapture compact;
-    category.PrettyPrint(nullptr, false);
-    EXPECT_EQ(compact.Text(), head + qToP +
-                                  L"\n\t// convert p <- r : no convinfo\n"
-                                  L"\n\t// convert q <- r : no convinfo\n"
-                                  L"\n} // x\n\n");
+// Equal within 1e-9 relative to the magnitudes involved, and absolute below 1.
+void ExpectClose(double actual, double expected, double magnitude) {
+    const double bound = 1e-9 * std::max({std::fabs(actual), std::fabs(expected), std::fabs(magnitude), 1.0});
+    EXPECT_LE(std::fabs(actual - expected), bound) << actual << " vs " << expected;
+}
+
+// Up to 30 units with random scales and offsets of both signs, each linked
+// to one linked before it by an explicit rule in a random direction.
+TEST(Completion, RandomSpanningTreesCompleteConsistently) {
+    for (unsigned seed : {1u, 7u, 42u, 1234u, 2024u, 31337u, 99991u, 4000000007u}) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        std::uniform_real_distribution<double> exponent(-1.0, 1.0), addend(-50.0, 50.0);
+        // Unit i relates to a common reference by reference = x * scale[i] + offset[i].
+        std::vector<std::wstring> names;
+        std::vector<double> scale, offset;
+        for (std::size_t count = 2 + random() % 29; names.size() < count;) {
+            names.push_back(L"u" + std::to_wstring(names.size()));
+            const double sign = random() % 3 == 0 ? -1.0 : 1.0;
+            scale.push_back(sign * std::pow(10.0, exponent(random)));
+            offset.push_back(random() % 4 == 0 ? 0.0 : addend(random));
+        }
+        Catalogue catalogue(names);
+        const std::vector<QtrUnitStd*>& units = catalogue.units;
+        std::vector<std::size_t> order(units.size());
+        std::iota(order.begin(), order.end(), std::size_t{0});
+        std::shuffle(order.begin(), order.end(), random);
+        for (std::size_t k = 1; k < order.size(); ++k) {
+            std::size_t source = order[k], target = order[random() % k];
+            if (random() % 2) std::swap(source, target);
+            AddRule(units[source], units[target], scale[source] / scale[target],
+                    (offset[source] - offset[target]) / scale[target]);
+        }
+        LogCapture log;
+        ASSERT_TRUE(catalogue.category->ConvInfoComplete());
+        EXPECT_TRUE(log.Entries().empty());
+
+        const double value = 3.75;
+        for (std::size_t a = 0; a < units.size(); ++a) {
+            for (std::size_t b = 0; b < units.size(); ++b) {
+                if (a == b) continue;
+                ASSERT_NE(units[a]->ConvInfo(units[b]), nullptr);
+                const double inB = units[a]->ConvInfo(units[b])->Convert(value);
+                ExpectClose(inB, (value * scale[a] + offset[a] - offset[b]) / scale[b], value);
+                for (std::size_t c = 0; c < units.size(); ++c)
+                    if (c != a && c != b)
+                        ExpectClose(units[b]->ConvInfo(units[c])->Convert(inB),
+                                    units[a]->ConvInfo(units[c])->Convert(value), std::max(value, std::fabs(inB)));
+            }
+        }
+    }
 }
 
 }  // namespace
