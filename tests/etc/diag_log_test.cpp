@@ -1,234 +1,109 @@
-// The diagnostics log: the fields of each log entry, the one-message life of
-// a recorded position and its confinement to one thread, the default stderr
-// sink, the trace channel, and the hexadecimal and trimming helpers.
+// The diagnostics log and its printf-style formatter: entry fields, the one-message
+// life of a recorded position and its thread, the default sink, numbered trace
+// lines, and the hexadecimal reader.
 #include "etc/diag_log.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <mutex>
+#include <clocale>
 #include <string>
 #include <thread>
-#include <vector>
+#include <tuple>
 
-#include "quantor/sinks.h"
+#include "support/sink_capture.h"
 
 namespace {
 
-constexpr uint32_t kNoLine = 0xFFFFFFFF;
-constexpr int32_t kUnexpectedFailure = static_cast<int32_t>(0x8000FFFF);
-
-// Installs capturing log and trace sinks and restores the previous ones.
-class DiagLog : public testing::Test {
-protected:
-    void SetUp() override {
-        previousLog_ = QtrSetLogSink([this](const QtrLogEntry& entry) { entries_.push_back(entry); });
-        previousTrace_ = QtrSetTraceSink([this](const std::wstring& text) { traces_.push_back(text); });
-    }
-    void TearDown() override {
-        QtrSetLogSink(previousLog_);
-        QtrSetTraceSink(previousTrace_);
-    }
-
-    std::vector<QtrLogEntry> entries_;
-    std::vector<std::wstring> traces_;
-
-private:
-    QtrLogSink previousLog_;
-    QtrTraceSink previousTrace_;
-};
-
-std::wstring NumberPrefix(int32_t number) {
-    std::wstring digits = std::to_wstring(number);
-    return std::wstring(digits.size() < 4 ? 4 - digits.size() : 0, L' ') + digits + L": ";
+TEST(Format, FollowsPrintf) {
+    EXPECT_EQ(QtrFormat(L"%g|%7.2f|%-5d|%05d|%.0f|%e", 2500.0, 3.14159, 42, -7, 2.5, 12345.0),
+              L"2500|   3.14|42   |-0007|2|1.234500e+04");
+    EXPECT_EQ(QtrFormat(L"%08x %X %x %*d|%.*f 100%%", 0xBEEFu, 255u, -1, 4, 1, 2, 1.0),
+              L"0000beef FF ffffffff    1|1.00 100%");
+    EXPECT_EQ(QtrFormat(L"[%s] [%5s] [%-4s] [%.1s] %c%c", std::wstring(L"km"), L"m", L"in", L"abc", L'\u00e9', 65),
+              L"[km] [    m] [in  ] [a] \u00e9A");
+    EXPECT_EQ(QtrFormat(L"%999999999d", 1).size(), 4096u);  // widths are clamped
 }
 
-}  // namespace
+TEST(Format, MismatchedOrMissingArguments) {
+    // An argument prints by its own type: the NULL-parameter messages give %g a string.
+    EXPECT_EQ(QtrFormat(L"%g %d %f %s", L"text", 2.5, 7, 12), L"text 2.5 7 12");
+    EXPECT_EQ(QtrFormat(L"(,NULL,%g,NULL)", static_cast<const wchar_t*>(nullptr), 1.0), L"(,NULL,(null),NULL)");
+    // Directives without arguments stand as written.
+    EXPECT_EQ(QtrFormat(L"cannot parse \"/tmp/50%d%s\""), L"cannot parse \"/tmp/50%d%s\"");
+    EXPECT_EQ(QtrFormat(L"%d and %d, %q trailing %", 1), L"1 and %d, %q trailing %");
+    EXPECT_EQ(QtrFormat(L"%*d", L"x", 3), L"%*d");
+    EXPECT_EQ(QtrFormat(nullptr), L"");
+}
 
-TEST_F(DiagLog, EntryCarriesModuleCodeAndFormattedMessageButNoFile) {
+TEST(Format, DecimalPointIgnoresTheLocale) {
+    if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") == nullptr) GTEST_SKIP() << "no German locale installed";
+    EXPECT_EQ(QtrFormat(L"%g", 0.0254), L"0.0254");
+    std::setlocale(LC_NUMERIC, "C");
+}
+
+TEST(DiagLog, ARecordedPositionServesExactlyOneMessage) {
+    LogCapture log;
     ErrorPos_Set(kSrcUnitsStd, 1234);
     Error_Write(L"QtrAdminStd::Convert(,%s,%g,%s): no convinfo\n", L"m", 2.5, std::wstring(L"km"));
-    ASSERT_EQ(entries_.size(), 1u);
-    const QtrLogEntry& entry = entries_[0];
+    Error_Write(L"second\n");
+    ErrorPos_Set(kSrcScan, 10);
+    ErrorPos_Set(kSrcEtc, 0);  // replaces the unused position; line 0 is a position too
+    ErrorPos_Set("", 7);       // a name without characters changes nothing
+    Error_Write(L"third\n");
+    ASSERT_EQ(log.Entries().size(), 3u);
+    const QtrLogEntry& entry = log.Entries()[0];
     EXPECT_EQ(entry.module, L"Quantor");
     EXPECT_EQ(entry.file, L"");
     EXPECT_EQ(entry.line, 1234u);
     EXPECT_EQ(entry.message, L"QtrAdminStd::Convert(,m,2.5,km): no convinfo\n");
-    EXPECT_EQ(entry.code, kUnexpectedFailure);
+    EXPECT_EQ(entry.code, static_cast<int32_t>(0x8000FFFF));
+    EXPECT_EQ(log.Entries()[1].line, 0xFFFFFFFF);
+    EXPECT_EQ(log.Entries()[2].line, 0u);
 }
 
-TEST_F(DiagLog, WithoutARecordedPositionTheLineIsAllOnes) {
-    Error_Write(L"plain\n");
-    ASSERT_EQ(entries_.size(), 1u);
-    EXPECT_EQ(entries_[0].line, kNoLine);
-    EXPECT_EQ(entries_[0].file, L"");
-    EXPECT_EQ(entries_[0].message, L"plain\n");
+TEST(DiagLog, NumberedTraceLinesCountUpRightAlignedInFourColumns) {
+    TraceCapture trace;
+    // The counter is process-wide; no other test here writes numbered lines.
+    Trace_WriteNumbered(L"%s\n", L"a");
+    Trace_WriteNumbered(L"b\n");
+    Trace_WriteNumbered(L"c %d\n");
+    EXPECT_EQ(trace.Text(), L"   1: a\n   2: b\n   3: c %d\n");
 }
 
-TEST_F(DiagLog, ARecordedPositionServesExactlyOneMessage) {
-    Error_Report(kSrcParsOps, 77, L"first %d\n", 1);
-    Error_Write(L"second\n");
-    ErrorPos_Set(kSrcEtc, 0);  // line 0 is a recorded position too
-    Error_Write(L"third\n");
-    Error_Write(L"fourth\n");
-    ASSERT_EQ(entries_.size(), 4u);
-    EXPECT_EQ(entries_[0].line, 77u);
-    EXPECT_EQ(entries_[0].message, L"first 1\n");
-    EXPECT_EQ(entries_[1].line, kNoLine);
-    EXPECT_EQ(entries_[2].line, 0u);
-    EXPECT_EQ(entries_[3].line, kNoLine);
-    for (const QtrLogEntry& entry : entries_) EXPECT_EQ(entry.file, L"");
-}
-
-TEST_F(DiagLog, AnEmptySourceNameKeepsThePreviousPosition) {
-    ErrorPos_Set(kSrcScan, 195);
-    ErrorPos_Set("", 7);
-    ErrorPos_Set(nullptr, 8);
-    Error_Write(L"kept\n");
-    ASSERT_EQ(entries_.size(), 1u);
-    EXPECT_EQ(entries_[0].line, 195u);
-}
-
-TEST_F(DiagLog, ALaterPositionReplacesAnUnusedOne) {
-    ErrorPos_Set(kSrcScan, 10);
-    ErrorPos_Set(kSrcUnitsDscr, 20);
-    Error_Write(L"x\n");
-    ASSERT_EQ(entries_.size(), 1u);
-    EXPECT_EQ(entries_[0].line, 20u);
-}
-
-TEST_F(DiagLog, ErrorsDoNotReachTheTrace) {
-    Error_Report(kSrcEtc, 5, L"only in the log\n");
-    EXPECT_TRUE(traces_.empty());
-}
-
-TEST_F(DiagLog, TraceSinkReceivesFormattedText) {
-    EXPECT_TRUE(Trace_IsActive());
-    Trace_Write(L"%s: %e", L"ND_FLTEXP", 1500.0);
-    Trace_Write(L"no arguments %d");
-    ASSERT_EQ(traces_.size(), 2u);
-    EXPECT_EQ(traces_[0], L"ND_FLTEXP: 1.500000e+03");
-    EXPECT_EQ(traces_[1], L"no arguments %d");
-    EXPECT_TRUE(entries_.empty());
-}
-
-TEST_F(DiagLog, NumberedTraceLinesCountUpRightAlignedInFourColumns) {
-    const int32_t before = Trace_NextNumber();
-    Trace_WriteNumbered(L"a\n");
-    Trace_WriteNumbered(L"%s\n", L"b");
-    Trace_WriteNumbered(L"c\n");
-    ASSERT_EQ(traces_.size(), 3u);
-    EXPECT_EQ(traces_[0], NumberPrefix(before + 1) + L"a\n");
-    EXPECT_EQ(traces_[1], NumberPrefix(before + 2) + L"b\n");
-    EXPECT_EQ(traces_[2], NumberPrefix(before + 3) + L"c\n");
-}
-
-TEST_F(DiagLog, FormatSelfTestWritesFiveNumberedLines) {
-    const int32_t before = Trace_NextNumber();
-    ErrorTest_Format();
-    ASSERT_EQ(traces_.size(), 5u);
-    for (size_t i = 0; i < traces_.size(); ++i) {
-        EXPECT_EQ(traces_[i].rfind(NumberPrefix(before + 1 + static_cast<int32_t>(i)), 0), 0u) << i;
-    }
-    EXPECT_TRUE(entries_.empty());
-}
-
-TEST(DiagLogTrace, WithoutASinkTraceTextIsDropped) {
-    const QtrTraceSink previous = QtrSetTraceSink(QtrTraceSink());
-    EXPECT_FALSE(Trace_IsActive());
-    Trace_Write(L"dropped %d\n", 1);
-    QtrSetTraceSink(previous);
-}
-
-TEST(DiagLogDefaultSink, WritesOneUtf8LineToStderr) {
+TEST(DiagLog, TheDefaultSinkWritesOneUtf8LineToStderr) {
     testing::internal::CaptureStderr();
     Error_Report(kSrcUnitsStd, 12, L"QtrUnitStd::Convert(%s): no convinfo\n", L"\u00b5m");
     Error_Write(L"without line feed");
-    const std::string written = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(written,
-              "Quantor: QtrUnitStd::Convert(\xC2\xB5m): no convinfo\n"
-              "Quantor: without line feed\n");
-}
-
-TEST(DiagLogDefaultSink, AnEmptySinkSilencesTheLogAndGivesTheDefaultBack) {
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Quantor: QtrUnitStd::Convert(\xC2\xB5m): no convinfo\nQuantor: without line feed\n");
+    // An empty sink silences the log.
     const QtrLogSink previous = QtrSetLogSink(QtrLogSink());
     testing::internal::CaptureStderr();
     Error_Write(L"silenced\n");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    ASSERT_TRUE(previous);
-    EXPECT_FALSE(QtrSetLogSink(previous));
-    testing::internal::CaptureStderr();
-    Error_Write(L"heard\n");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Quantor: heard\n");
+    QtrSetLogSink(previous);
 }
 
 TEST(DiagLogThreads, ARecordedPositionBelongsToItsThread) {
-    std::vector<QtrLogEntry> entries;
-    const QtrLogSink previous = QtrSetLogSink([&entries](const QtrLogEntry& entry) { entries.push_back(entry); });
+    LogCapture log;
     ErrorPos_Set(kSrcEtc, 42);
     std::thread([] { Error_Write(L"other thread\n"); }).join();
     Error_Write(L"this thread\n");
-    QtrSetLogSink(previous);
-    ASSERT_EQ(entries.size(), 2u);
-    EXPECT_EQ(entries[0].line, kNoLine);
-    EXPECT_EQ(entries[1].line, 42u);
-}
-
-TEST(DiagLogThreads, ConcurrentReportsKeepTheirOwnLinesWhileSinksChange) {
-    constexpr int kThreads = 4;
-    constexpr int kReports = 200;
-    std::mutex mutex;
-    std::vector<QtrLogEntry> entries;
-    const auto capture = [&](const QtrLogEntry& entry) {
-        std::lock_guard lock(mutex);
-        entries.push_back(entry);
-    };
-    const QtrLogSink previous = QtrSetLogSink(capture);
-    std::atomic<bool> done{false};
-    std::thread swapper([&] {
-        while (!done) QtrSetLogSink(capture);
-    });
-    std::vector<std::thread> reporters;
-    for (int t = 0; t < kThreads; ++t) {
-        reporters.emplace_back([t] {
-            for (int i = 0; i < kReports; ++i) Error_Report(kSrcEtc, t, L"%d\n", t);
-        });
-    }
-    for (std::thread& reporter : reporters) reporter.join();
-    done = true;
-    swapper.join();
-    QtrSetLogSink(previous);
-    ASSERT_EQ(entries.size(), size_t{kThreads * kReports});
-    for (const QtrLogEntry& entry : entries) EXPECT_EQ(entry.message, std::to_wstring(entry.line) + L"\n");
+    ASSERT_EQ(log.Entries().size(), 2u);
+    EXPECT_EQ(log.Entries()[0].line, 0xFFFFFFFF);
+    EXPECT_EQ(log.Entries()[1].line, 42u);
 }
 
 TEST(HexNumberScan, ReadsDigitsAfterAnOptionalPrefix) {
-    struct Case {
-        const wchar_t* text;
-        uint32_t value;
-        int length;
+    const std::tuple<const wchar_t*, uint32_t, int> cases[] = {
+        {L"0x1F", 31, 4}, {L"0X1f;", 31, 4}, {L"1g", 1, 1}, {L"0x", 0, 2}, {L"", 0, 0}, {L"g", 0, 0},
+        {L"0x123456789", 0x23456789, 11}, {L"ffffffff", 0xFFFFFFFF, 8}, {L"0x0x1F", 0, 3},
     };
-    const Case cases[] = {
-        {L"0x1F", 31, 4},  {L"0X1f;", 31, 4}, {L"1F", 31, 2},       {L"1g", 1, 1},
-        {L"0x", 0, 2},     {L"", 0, 0},       {L"g", 0, 0},         {L"0x123456789", 0x23456789, 11},
-        {L"ffffffff", 0xFFFFFFFF, 8},         {L"0x0x1F", 0, 3},
-    };
-    for (const Case& c : cases) {
-        uint32_t value = 99;
-        int length = 99;
-        HexNumber_Scan(c.text, value, length);
-        EXPECT_EQ(value, c.value) << testing::PrintToString(std::wstring(c.text));
-        EXPECT_EQ(length, c.length) << testing::PrintToString(std::wstring(c.text));
+    for (const auto& [text, value, length] : cases) {
+        std::pair<uint32_t, int> scanned{99, 99};
+        HexNumber_Scan(text, scanned.first, scanned.second);
+        EXPECT_EQ(scanned, std::make_pair(value, length)) << testing::PrintToString(std::wstring(text));
     }
 }
 
-TEST(StringTrim, RemovesBlanksTabsAndLineEndsFromBothEnds) {
-    const std::pair<std::wstring, std::wstring> cases[] = {
-        {L" \t\r\n km \n", L"km"}, {L"a b", L"a b"}, {L" \t\n\r", L""}, {L"", L""}, {L"\vx\v", L"\vx\v"},
-    };
-    for (const auto& [input, expected] : cases) {
-        std::wstring text = input;
-        String_Trim(text);
-        EXPECT_EQ(text, expected) << testing::PrintToString(input);
-    }
-}
+}  // namespace
