@@ -1,144 +1,106 @@
-// The free functions over the defaults of the test catalogue: lookups,
-// default units, both conversions, translation and the name checks; what
-// they answer without defaults; and many threads asking at once.
+// The free functions and the value-with-unit strings over the test catalogue:
+// lookups, conversions, the exact round trip of every double, what is refused.
 #include "quantor/functions.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <thread>
+#include <bit>
+#include <limits>
+#include <random>
 
 #include "quantor/admin.h"
-#include "quantor/unit.h"
-#include "units/defaults_test_support.h"
 
 namespace {
 
+// Points the defaults, built on first use, at the test catalogue (m, km, foot, s, min).
 class Functions : public ::testing::Test {
 protected:
-    void SetUp() override { defaults_test::CatalogueScriptInstall(); }
+    void SetUp() override {
+        setenv("QUANTOR_UNITS_DIR", QUANTOR_TEST_DATA_DIR "/../tests/data/defaults", 1);
+        unsetenv("QUANTOR_CURRENCY_MODE");
+    }
 };
 
-TEST_F(Functions, FindCategoriesAndUnitsByExactName) {
-    const QtrCategoryBase* length = CategorySearch(L"Length");
-    ASSERT_NE(length, nullptr);
-    EXPECT_EQ(length->Name(), L"Length");
+bool RoundTrips(double value) {
+    std::wstring text, name;
+    double read = 0.0;
+    return QtrAdminStd::UnitAndValueStringGen(L"unit", value, text) &&
+           QtrAdminStd::UnitAndValueGetFromString(name, read, text.c_str()) && name == L"unit" &&
+           std::bit_cast<uint64_t>(read) == std::bit_cast<uint64_t>(value);
+}
+
+TEST_F(Functions, FindByExactNameAndDefaultUnits) {
     ASSERT_NE(UnitSearch(L"km"), nullptr);
-    EXPECT_EQ(UnitSearch(L"km")->Category(), length);
-    EXPECT_EQ(CategorySearch(L"km"), nullptr);
-    EXPECT_EQ(UnitSearch(L"Length"), nullptr);
-    EXPECT_EQ(CategorySearch(L"length"), nullptr);
-    EXPECT_EQ(CategorySearch(nullptr), nullptr);
-    EXPECT_EQ(UnitSearch(nullptr), nullptr);
-}
-
-TEST_F(Functions, DefaultUnitsByCategoryOrByUnit) {
-    EXPECT_EQ(DefaultInternUnitGet(L"Length"), UnitSearch(L"m"));
-    EXPECT_EQ(DefaultSurfaceUnitGet(L"Length"), UnitSearch(L"km"));
-    EXPECT_EQ(DefaultInternUnitFromUnit(L"foot"), UnitSearch(L"m"));
+    EXPECT_EQ(UnitSearch(L"km")->Category(), CategorySearch(L"Length"));
     EXPECT_EQ(DefaultSurfaceUnitFromUnit(L"foot"), UnitSearch(L"km"));
-    EXPECT_EQ(DefaultInternUnitNameFromUnit(L"min"), L"s");
-    EXPECT_EQ(DefaultSurfaceUnitNameFromUnit(L"CHF"), L"EUR");
-    EXPECT_EQ(DefaultInternUnitGet(L"km"), nullptr);
-    EXPECT_EQ(DefaultSurfaceUnitGet(nullptr), nullptr);
-    for (const wchar_t* noUnit : {L"Length", L"parsec", static_cast<const wchar_t*>(nullptr)}) {
-        EXPECT_EQ(DefaultInternUnitFromUnit(noUnit), nullptr);
-        EXPECT_EQ(DefaultSurfaceUnitFromUnit(noUnit), nullptr);
+    for (const wchar_t* noUnit : {L"Length", L"parsec", static_cast<const wchar_t*>(nullptr)})
         EXPECT_EQ(DefaultInternUnitNameFromUnit(noUnit), L"");
-        EXPECT_EQ(DefaultSurfaceUnitNameFromUnit(noUnit), L"");
-    }
 }
 
-TEST_F(Functions, ConvertBetweenNamedUnitsOfOneCategory) {
+// A category as the source stands for its default internal unit; the target
+// is looked for only in the source's category.
+TEST_F(Functions, ConvertWithinTheSourceCategory) {
     double result = 0.0;
     EXPECT_TRUE(UnitConvert(result, L"m", 2.5, L"km"));
     EXPECT_DOUBLE_EQ(result, 2500.0);
     EXPECT_TRUE(UnitConvert(result, L"km", 2500.0, L"Length"));
     EXPECT_DOUBLE_EQ(result, 2.5);
-    EXPECT_TRUE(UnitConvert(result, L"s", 2.0, L"min"));
-    EXPECT_DOUBLE_EQ(result, 120.0);
+    EXPECT_TRUE(UnitConvert(result, UnitSearch(L"foot"), 0.3048, L"Length"));
+    EXPECT_DOUBLE_EQ(result, 1.0);
     result = -1.0;
     const std::pair<const wchar_t*, const wchar_t*> refused[] = {
         {L"s", L"km"}, {L"Length", L"km"}, {L"m", L"parsec"}, {nullptr, L"km"}, {L"m", nullptr}};
     for (const auto& [target, source] : refused) EXPECT_FALSE(UnitConvert(result, target, 1.0, source));
-    EXPECT_EQ(result, -1.0);
-}
-
-TEST_F(Functions, ConvertToAGivenUnit) {
-    const QtrUnitBase* metre = UnitSearch(L"m");
-    double result = 0.0;
-    EXPECT_TRUE(UnitConvert(result, metre, 2.5, L"km"));
-    EXPECT_DOUBLE_EQ(result, 2500.0);
-    EXPECT_TRUE(UnitConvert(result, UnitSearch(L"foot"), 0.3048, L"Length"));
-    EXPECT_DOUBLE_EQ(result, 1.0);
-    result = -1.0;
-    EXPECT_FALSE(UnitConvert(result, metre, 1.0, L"min"));
-    EXPECT_FALSE(UnitConvert(result, metre, 1.0, nullptr));
+    EXPECT_FALSE(UnitConvert(result, UnitSearch(L"m"), 1.0, L"min"));
     EXPECT_FALSE(UnitConvert(result, static_cast<const QtrUnitBase*>(nullptr), 1.0, L"km"));
     EXPECT_EQ(result, -1.0);
 }
 
-TEST_F(Functions, TranslateUnitNames) {
-    std::wstring text = L"before";
-    UnitTranslateDefault(text, nullptr);
-    EXPECT_EQ(text, L"before");
-    UnitTranslateDefault(text, L"foot");
-    EXPECT_EQ(text, L"Fu\u00df");
-    UnitTranslateDefault(text, L"parsec");
-    EXPECT_EQ(text, L"parsec");
+TEST(ValueString, EveryDoubleRoundTripsBitForBit) {
+    std::wstring text;
+    ASSERT_TRUE(QtrAdminStd::UnitAndValueStringGen(L"metre", 2.5, text));
+    EXPECT_EQ(text, L"u:metre i:4004000000000000 n:2.5");
+    using limits = std::numeric_limits<double>;
+    for (const double special : {0.0, -0.0, limits::infinity(), -limits::infinity(), limits::denorm_min(),
+                                 -std::bit_cast<double>(0x000FFFFFFFFFFFFFull), limits::min(), limits::max(),
+                                 std::bit_cast<double>(0x7FF0000000000001ull),  // NaN payloads
+                                 std::bit_cast<double>(0xFFFABCDEF0123456ull)})
+        EXPECT_TRUE(RoundTrips(special)) << std::hexfloat << special;
+    std::mt19937_64 random(20240611);
+    int failures = 0;
+    for (int i = 0; i < 1'000'000; ++i) failures += !RoundTrips(std::bit_cast<double>(random()));
+    EXPECT_EQ(failures, 0);
 }
 
-TEST(NameChecks, RequireTheExactPrefixQT) {
-    for (const auto check : {&QT_IsCategorynameValid, &QT_IsUnitnameValid}) {
-        EXPECT_TRUE(check(L"QT_Length"));
-        EXPECT_TRUE(check(L"QT_"));
-        EXPECT_FALSE(check(L"qt_Length"));
-        EXPECT_FALSE(check(L"QT"));
-        EXPECT_FALSE(check(L""));
-        EXPECT_FALSE(check(nullptr));
+TEST(ValueString, NamesShorterThanFourAndMalformedStringsAreRefused) {
+    std::wstring text = L"kept";
+    EXPECT_FALSE(QtrAdminStd::UnitAndValueStringGen(L"abc", 1.0, text));
+    EXPECT_FALSE(QtrAdminStd::UnitAndValueStringGen(static_cast<const QtrUnitBase*>(nullptr), 1.0, text));
+    EXPECT_EQ(text, L"kept");
+    for (const wchar_t* malformed : {L"u:abc i:3FF0000000000000",     // a name shorter than four
+                                     L"u:metre n:1",                  // no image
+                                     L"u: metre i:3FF0000000000000",  // a blank after "u:"
+                                     L"u:taxi:x i:3FF0000000000000",  // the first "i:" lies in the name
+                                     static_cast<const wchar_t*>(nullptr)}) {
+        std::wstring name = L"kept";
+        double value = 7.0;
+        EXPECT_FALSE(QtrAdminStd::UnitAndValueGetFromString(name, value, malformed)) << malformed;
+        EXPECT_EQ(std::tie(name, value), std::make_tuple(std::wstring(L"kept"), 7.0));
     }
+    std::wstring name;
+    double value = 0.0;
+    EXPECT_TRUE(QtrAdminStd::UnitAndValueGetFromString(name, value, L"i:3FF0000000000000 u:abcd n:ignored"));
+    EXPECT_EQ(std::tie(name, value), std::make_tuple(std::wstring(L"abcd"), 1.0));
 }
 
-TEST(FunctionsWithoutDefaults, AnswerNothing) {
-    defaults_test::SettingsScript script;
-    defaults_test::ExpectPassesInFreshProcess([&] {
-        script.Folder("/nonexistent");
-        defaults_test::SettingsScriptInstall(script);
-        const defaults_test::LogRecorder silenced;
-        EXPECT_EQ(CategorySearch(L"Length"), nullptr);
-        EXPECT_EQ(UnitSearch(L"m"), nullptr);
-        EXPECT_EQ(DefaultInternUnitGet(L"Length"), nullptr);
-        EXPECT_EQ(DefaultSurfaceUnitNameFromUnit(L"m"), L"");
-        const QtrUnitStd unit(nullptr, L"m");
-        double result = -1.0;
-        EXPECT_FALSE(UnitConvert(result, L"m", 1.0, L"km"));
-        EXPECT_FALSE(UnitConvert(result, &unit, 1.0, L"m"));
-        EXPECT_EQ(result, -1.0);
-    });
-}
-
-class FunctionsThreads : public Functions {};
-
-TEST_F(FunctionsThreads, ManyThreadsAskAtOnce) {
-    ASSERT_NE(QtrAdminStd::QtrAdminDefault(), nullptr);
-    ASSERT_NE(QtrAdminStd::QtrTranslDictDefault(), nullptr);
-    const QtrUnitBase* foot = UnitSearch(L"foot");
-    std::atomic<int> wrong{0};
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 8; ++t)
-        threads.emplace_back([&] {
-            for (int i = 0; i < 2000; ++i) {
-                double result = 0.0;
-                std::wstring translation;
-                UnitTranslateDefault(translation, L"foot");
-                const bool right = UnitConvert(result, L"m", i, L"km") && result == i * 1000.0 &&
-                                   UnitSearch(L"foot") == foot && DefaultInternUnitNameFromUnit(L"min") == L"s" &&
-                                   CategorySearch(L"Time") != nullptr && translation == L"Fu\u00df";
-                wrong += !right;
-            }
-        });
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(wrong, 0);
+TEST_F(Functions, ValueStringOfAUnitReadsBackToIt) {
+    const QtrUnitBase *foot = UnitSearch(L"foot"), *unit = nullptr;
+    std::wstring text;
+    double value = 0.0;
+    ASSERT_TRUE(QtrAdminStd::UnitAndValueStringGen(foot, 3.0, text));
+    ASSERT_TRUE(QtrAdminStd::UnitAndValueGetFromString(unit, value, text.c_str()));
+    EXPECT_EQ(std::tie(unit, value), std::make_tuple(foot, 3.0));
+    EXPECT_FALSE(QtrAdminStd::UnitAndValueGetFromString(unit, value, L"u:Length i:3FF0000000000000"));
 }
 
 }  // namespace

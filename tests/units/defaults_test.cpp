@@ -1,0 +1,259 @@
+// The default settings, administration and dictionary; the latter two are
+// built once per process, so their scenarios run in fresh processes.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <latch>
+#include <map>
+#include <optional>
+#include <thread>
+
+#include "etc/utf8.h"
+#include "quantor/admin.h"
+#include "quantor/functions.h"
+#include "quantor/translation.h"
+#include "support/sink_capture.h"
+#include "units/settings_source.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Names = std::vector<std::wstring>;
+using SettingsKey = std::pair<std::wstring, std::wstring>;
+using SettingsTable = std::map<SettingsKey, QtrVariant>;
+const SettingsKey kFolderKey = {L"unitsandcurrencies", L"curr_dscr_filepath"};
+const SettingsKey kModeKey = {L"unitsandcurrencies", L"mode"};
+
+// Length and Time in unit_dscr.txt, Currency in curr_dscr_edy.txt, one
+// category per region file, and English and German (0407) unit names.
+const fs::path kCatalogue = fs::path(QUANTOR_TEST_DATA_DIR).parent_path() / "tests/data/defaults";
+const Names kBase = {L"Length", L"Time", L"Currency"};
+
+std::wstring Wide(const fs::path& path) { return quantor::detail::FromUtf8(path.string()); }
+const QtrVariant kCatalogueFolder = {QTR_VT_BSTR, Wide(kCatalogue), 0};
+QtrVariant Number(int32_t number) { return {QTR_VT_I4, L"", number}; }
+
+std::atomic<int> settingsCreated{0};
+
+struct TableSettings : QtrSettings {
+    SettingsTable table;
+    int32_t SettingsGetValue(const std::wstring& section, const std::wstring& key, uint16_t, QtrVariant& value,
+                             int32_t) override {
+        const auto entry = table.find({section, key});
+        if (entry != table.end()) value = entry->second;
+        return entry == table.end() ? 1 : 0;
+    }
+    int32_t SettingsPrepare(int32_t) override { return 0; }
+};
+
+// Installs settings that answer what `table` holds and fail for other keys.
+void SettingsInstall(const SettingsTable& table) {
+    QtrSetSettingsFactory([table] {
+        ++settingsCreated;
+        auto settings = std::make_unique<TableSettings>();
+        settings->table = table;
+        return settings;
+    });
+}
+
+// A fresh folder under the test temporary folder, removed afterwards. Its
+// name holds a '%', which messages that name it must keep as it stands.
+struct TempFolder {
+    fs::path path;
+    TempFolder() {
+        std::string pattern = ::testing::TempDir() + "quantor%d%sXXXXXX";
+        if (mkdtemp(pattern.data())) path = pattern;
+    }
+    ~TempFolder() { fs::remove_all(path); }
+};
+
+// Runs `scenario` in a new copy of this test, where no defaults are built
+// yet, and expects it to pass there; its failures go to stderr.
+void ExpectPassesInFreshProcess(const std::function<void()>& scenario) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto runAndExit = [&] {
+        scenario();
+        const ::testing::TestResult& result = *::testing::UnitTest::GetInstance()->current_test_info()->result();
+        for (int i = 0; i < result.total_part_count(); ++i) std::cerr << result.GetTestPartResult(i) << '\n';
+        std::exit(result.Failed() ? 1 : 0);
+    };
+    EXPECT_EXIT(runAndExit(), ::testing::ExitedWithCode(0), "");
+}
+
+Names Categories(const QtrAdminStd* admin) {
+    Names names;
+    if (admin) admin->CategNames(names);
+    return names;
+}
+
+std::wstring FootTranslated() {
+    std::wstring text;
+    UnitTranslateDefault(text, L"foot");
+    return text;
+}
+
+// The mode is read from its setting or, without it, from the fallback.
+TEST(DefaultAdministration, CurrencyModeSelectsTheRegionFile) {
+    const std::pair<int32_t, const wchar_t*> cases[] = {
+        {1, nullptr}, {2, L"Atlantic"}, {7, nullptr}, {98, nullptr}, {99, L"Customized"}};
+    for (const auto& testCase : cases) {
+        for (const SettingsKey& key : {kModeKey, {L"option-configuration/unitsandcurrencies/mode", L"default"}}) {
+            ExpectPassesInFreshProcess([&] {
+                const auto& [mode, region] = testCase;
+                SettingsInstall({{kFolderKey, kCatalogueFolder}, {key, Number(mode)}});
+                const Names expected = region ? Names{L"Length", L"Time", L"Currency", region} : kBase;
+                for (int call = 0; call < 2; ++call) EXPECT_EQ(Categories(QtrAdminStd::QtrAdminDefault()), expected);
+                EXPECT_EQ(settingsCreated, 1);  // loaded once and kept
+            });
+        }
+    }
+}
+
+// Without a usable folder setting the files are named bare.
+TEST(DefaultAdministration, UnusableFolderSettingLeavesBareNames) {
+    const std::wstring folder = L"\"unitsandcurrencies\"/\"curr_dscr_filepath\"";
+    const std::tuple<SettingsTable, uint32_t, std::wstring> cases[] = {
+        {{}, 596, L"no settings for " + folder + L"\n"},
+        {{{kFolderKey, Number(5)}}, 606, L"setting for " + folder + L" contains no string\n"}};
+    for (const auto& testCase : cases) {
+        ExpectPassesInFreshProcess([&] {
+            const auto& [settings, line, message] = testCase;
+            SettingsInstall(settings);
+            const TempFolder empty;
+            ASSERT_EQ(chdir(empty.path.c_str()), 0);
+            const LogCapture log;
+            EXPECT_EQ(QtrAdminStd::QtrAdminDefault(), nullptr);
+            ASSERT_FALSE(log.Entries().empty());
+            EXPECT_EQ(log.Entries()[0].line, line);
+            EXPECT_EQ(log.Messages()[0], L"QtrAdminStd::QtrAdminDefault: " + message);
+            EXPECT_EQ(log.Messages().back(), L"QtrAdminStd::QtrAdminDefault: cannot parse \"unit_dscr.txt\"");
+        });
+    }
+}
+
+TEST(DefaultAdministration, FailedRegionFileIsReportedAndEveryFileParsedAgain) {
+    ExpectPassesInFreshProcess([] {
+        const TempFolder folder;
+        fs::copy(kCatalogue, folder.path);
+        std::ofstream(folder.path / "curr_dscr_customized.txt") << "category {";
+        SettingsInstall({{kFolderKey, {QTR_VT_BSTR, Wide(folder.path), 0}}, {kModeKey, Number(99)}});
+        const LogCapture log;
+        EXPECT_EQ(QtrAdminStd::QtrAdminDefault(), nullptr);
+        ASSERT_FALSE(log.Entries().empty());
+        EXPECT_EQ(log.Entries().back().line, 693u);
+        EXPECT_EQ(log.Messages().back(),
+                  L"QtrAdminStd::QtrAdminDefault: cannot" + Wide(folder.path / "curr_dscr_customized.txt"));
+        double result = -1.0;
+        EXPECT_EQ(CategorySearch(L"Length"), nullptr);  // meanwhile the free functions find nothing
+        EXPECT_FALSE(UnitConvert(result, L"m", 1.0, L"km"));
+        std::ofstream(folder.path / "curr_dscr_customized.txt") << "category Customized {}";
+        std::ofstream(folder.path / "unit_dscr.txt", std::ios::app) << "category Mass { unit kg; }\n";
+        EXPECT_EQ(Categories(QtrAdminStd::QtrAdminDefault()),
+                  (Names{L"Length", L"Time", L"Currency", L"Mass", L"Customized"}));
+    });
+}
+
+// Without a settings source the administration stays empty, silently, and
+// the dictionary's English file is not found; both load once there are some.
+TEST(DefaultAdministration, WithoutSettingsBothStayEmptyUntilThereAreSome) {
+    ExpectPassesInFreshProcess([] {
+        QtrSetSettingsFactory(nullptr);
+        const LogCapture log;
+        const QtrAdminStd* empty = QtrAdminStd::QtrAdminDefault();
+        ASSERT_NE(empty, nullptr);
+        EXPECT_EQ(Categories(empty), Names{});
+        EXPECT_EQ(QtrAdminStd::QtrTranslDictDefault(), nullptr);
+        ASSERT_EQ(log.Entries().size(), 1u);
+        EXPECT_EQ(log.Entries()[0].line, 768u);
+        EXPECT_EQ(log.Messages()[0],
+                  L"QtrAdminStd::QtrTranslDictDefault(): cannot read from \"UnitAbbrevNames0409.rlg\"\n");
+        EXPECT_EQ(FootTranslated(), L"foot");
+        SettingsInstall({{kFolderKey, kCatalogueFolder}, {{L"common", L"languageid"}, Number(1031)}});
+        EXPECT_EQ(Categories(QtrAdminStd::QtrAdminDefault()), kBase);
+        EXPECT_EQ(FootTranslated(), L"Fu\u00df");
+    });
+}
+
+// The first calls race to build the defaults, which are built once; then
+// all threads use them at once.
+TEST(DefaultsThreads, ManyThreadsBuildTheDefaultsOnceAndShareThem) {
+    ExpectPassesInFreshProcess([] {
+        SettingsInstall({{kFolderKey, kCatalogueFolder}, {{L"common", L"languageid"}, Number(1031)}});
+        std::latch start(8);
+        std::atomic<int> wrong{0};
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 8; ++t)
+            threads.emplace_back([&] {
+                start.arrive_and_wait();
+                for (int i = 0; i < 1000; ++i) {
+                    double result = 0.0;
+                    wrong += !(FootTranslated() == L"Fu\u00df" && UnitConvert(result, L"m", i, L"km") &&
+                               result == i * 1000.0 && DefaultInternUnitNameFromUnit(L"min") == L"s");
+                }
+            });
+        for (std::thread& thread : threads) thread.join();
+        EXPECT_EQ(wrong, 0);
+        EXPECT_EQ(settingsCreated, 3);  // once for the administration, twice for the dictionary (language, file)
+    });
+}
+
+TEST(TranslationDictionary, MissingFileOrLineWithoutTabReadsNothing) {
+    const TempFolder folder;
+    std::ofstream(folder.path / "names.rlg") << "m\tMeter\nkm Kilometer\n";
+    XLMTranslDict dictionary;
+    for (const fs::path& path : {folder.path / "names.rlg", folder.path / "missing.rlg"})
+        EXPECT_FALSE(dictionary.RLGFileRead(Wide(path).c_str(), false)) << path;
+    EXPECT_EQ(dictionary.StringTranslate(L"m"), L"m");
+}
+
+// The answer of `settings`, or none when they fail and leave the value alone.
+std::optional<QtrVariant> Ask(const std::unique_ptr<QtrSettings>& settings, const SettingsKey& key) {
+    QtrVariant value{0, L"untouched", -1};
+    if (settings->SettingsGetValue(key.first, key.second, QTR_VT_I4, value, 3) == 0) return value;
+    EXPECT_EQ(value.str, L"untouched");
+    return std::nullopt;
+}
+
+TEST(EnvironmentSettings, AnswerTheirThreeKeysAndNoOther) {
+    setenv("QUANTOR_UNITS_DIR", "/opt/catalogue", 1);
+    setenv("QUANTOR_CURRENCY_MODE", "99", 1);
+    setenv("QUANTOR_LANGUAGE_ID", "-1031", 1);
+    const auto settings = quantor::detail::SettingsCreate();
+    const auto folder = Ask(settings, kFolderKey), mode = Ask(settings, kModeKey);
+    ASSERT_TRUE(folder && mode);
+    EXPECT_EQ(std::tie(folder->type, folder->str), std::make_tuple(QTR_VT_BSTR, std::wstring(L"/opt/catalogue")));
+    EXPECT_EQ(std::tie(mode->type, mode->i4), std::make_tuple(QTR_VT_I4, 99));
+    EXPECT_EQ(Ask(settings, {L"common", L"languageid"}).value_or(QtrVariant{}).i4, -1031);
+    EXPECT_FALSE(Ask(settings, {L"common", L"mode"}));
+    for (const char* malformed : {"", "12abc", " 7", "0x10", "99999999999"}) {
+        setenv("QUANTOR_CURRENCY_MODE", malformed, 1);
+        EXPECT_FALSE(Ask(settings, kModeKey)) << malformed;
+    }
+    for (const char* name : {"QUANTOR_UNITS_DIR", "QUANTOR_CURRENCY_MODE", "QUANTOR_LANGUAGE_ID"}) unsetenv(name);
+}
+
+// The build tree holds the tests in <build>/tests and the library in <build>/src.
+TEST(EnvironmentSettings, UnsetFolderIsTheDataFolderBesideTheLibrary) {
+    unsetenv("QUANTOR_UNITS_DIR");
+    const fs::path library = fs::canonical("/proc/self/exe").parent_path().parent_path() / "src/libquantor.so";
+    void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(handle, nullptr) << dlerror();
+    using SetSettingsFactory = QtrSettingsFactory (*)(QtrSettingsFactory);
+    const auto set = reinterpret_cast<SetSettingsFactory>(
+        dlsym(handle, "_Z21QtrSetSettingsFactorySt8functionIFSt10unique_ptrI11QtrSettingsSt14default_deleteIS1_EEvEE"));
+    ASSERT_NE(set, nullptr);
+    QtrSettingsFactory factory = set(nullptr);
+    const auto folder = Ask(factory(), kFolderKey);
+    set(std::move(factory));  // put back, as the library may stay loaded
+    dlclose(handle);
+    ASSERT_TRUE(folder);
+    EXPECT_EQ(folder->str, Wide(fs::path(QUANTOR_TEST_DATA_DIR) / "unitsandcurrencies"));
+}
+
+}  // namespace
