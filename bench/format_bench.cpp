@@ -7,22 +7,14 @@
 
 namespace {
 
-void BM_FormatGeneral(benchmark::State& state) {
+void BM_Format(benchmark::State& state, const wchar_t* format) {
     double value = 2500.0;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(QtrFormat(L"%g", value));
+        benchmark::DoNotOptimize(QtrFormat(format, value));
         value += 0.25;
     }
 }
-BENCHMARK(BM_FormatGeneral);
-
-void BM_FormatFixedWidthAndPrecision(benchmark::State& state) {
-    double value = 3.14159;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(QtrFormat(L"%7.2f", value));
-        value += 0.25;
-    }
-}
-BENCHMARK(BM_FormatFixedWidthAndPrecision);
+BENCHMARK_CAPTURE(BM_Format, general, L"%g");
+BENCHMARK_CAPTURE(BM_Format, fixed_width_and_precision, L"%7.2f");
 
 }  // namespace

@@ -2,7 +2,7 @@
 # The test command. Installs the build tools it lacks (Debian, apt-get), then:
 #   1. release: g++, warnings as errors, benchmarks built, all tests;
 #   2. asan:    clang++, AddressSanitizer + UndefinedBehaviorSanitizer, Debug,
-#               fuzz targets built and smoke-run, all tests;
+#               fuzz targets built and their corpus replayed, all tests;
 #   3. tsan:    clang++, ThreadSanitizer, the tests whose names hold "Threads";
 #   4. package: installs the release build into build/install and builds and
 #               runs tests/find-package against it with CMake and pkg-config.

@@ -49,21 +49,21 @@ std::wstring Pad(std::wstring body, const Directive& d) {
 // precision and the given conversion letter and length prefix.
 template <class T>
 std::wstring RenderNumber(const Directive& d, const char* length, char conv, T value) {
-    std::string spec = "%";
-    spec += d.flags;
-    if (d.width >= 0) spec += std::to_string(d.width);
-    if (d.precision >= 0) spec += '.' + std::to_string(d.precision);
-    spec += length;
-    spec += conv;
+    std::string printfFormat = "%";
+    printfFormat += d.flags;
+    if (d.width >= 0) printfFormat += std::to_string(d.width);
+    if (d.precision >= 0) printfFormat += '.' + std::to_string(d.precision);
+    printfFormat += length;
+    printfFormat += conv;
     const locale_t previous = uselocale(ClassicLocale());
     char small[64];
-    const int needed = std::snprintf(small, sizeof small, spec.c_str(), value);
+    const int needed = std::snprintf(small, sizeof small, printfFormat.c_str(), value);
     std::string out;
     if (needed >= 0 && static_cast<size_t>(needed) < sizeof small) {
         out.assign(small, static_cast<size_t>(needed));
     } else if (needed >= 0) {
         out.resize(static_cast<size_t>(needed) + 1);
-        std::snprintf(out.data(), out.size(), spec.c_str(), value);
+        std::snprintf(out.data(), out.size(), printfFormat.c_str(), value);
         out.resize(static_cast<size_t>(needed));
     }
     uselocale(previous);

@@ -22,8 +22,8 @@ std::string Number(double value) {
 // One to four categories of one to six units, each unit but the first with a
 // rule to or from an earlier one. The names, unique and quoted, are keywords,
 // identifiers and texts that read back only in quotes.
-std::string RandomCatalogue(unsigned seed) {
-    std::mt19937 rng(seed);
+std::string RandomCatalogue(unsigned variant) {
+    std::mt19937 rng(variant);
     const auto below = [&](size_t limit) { return std::uniform_int_distribution<size_t>(0, limit - 1)(rng); };
     const auto shift = [&] { return std::to_string((below(2) ? -1 : 1) * static_cast<int>(1 + below(5))); };
     const auto power = [&](double limit) { return std::pow(10.0, std::uniform_real_distribution(-limit, limit)(rng)); };
@@ -117,10 +117,10 @@ protected:
 };
 
 TEST_F(RoundTrip, RandomCataloguesReadBack) {
-    for (unsigned seed = 1; seed <= 40; ++seed) {
-        SCOPED_TRACE("seed " + std::to_string(seed));
+    for (unsigned variant = 1; variant <= 40; ++variant) {
+        SCOPED_TRACE("variant " + std::to_string(variant));
         QtrAdminDscr admin;
-        ASSERT_TRUE(Parse(admin, RandomCatalogue(seed)));
+        ASSERT_TRUE(Parse(admin, RandomCatalogue(variant)));
         for (const bool allRules : {true, false}) ExpectReadsBack(admin, allRules);
     }
 }

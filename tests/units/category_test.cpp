@@ -125,9 +125,9 @@ void ExpectClose(double actual, double expected, double magnitude) {
 // Up to 30 units with random scales and offsets of both signs, each linked
 // to one linked before it by an explicit rule in a random direction.
 TEST(Completion, RandomSpanningTreesCompleteConsistently) {
-    for (unsigned seed : {1u, 7u, 42u, 1234u, 2024u, 31337u, 99991u, 4000000007u}) {
-        SCOPED_TRACE(seed);
-        std::mt19937 random(seed);
+    for (unsigned variant : {1u, 7u, 42u, 1234u, 2024u, 31337u, 99991u, 4000000007u}) {
+        SCOPED_TRACE(variant);
+        std::mt19937 random(variant);
         std::uniform_real_distribution<double> exponent(-1.0, 1.0), addend(-50.0, 50.0);
         // Unit i relates to a common reference by reference = x * scale[i] + offset[i].
         std::vector<std::wstring> names;
