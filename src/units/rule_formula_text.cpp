@@ -1,7 +1,9 @@
 // Choosing the numbers of a printed `convert` statement. Several multipliers
 // may read back into the same factor, and only some of them leave an addend
-// that reads back exactly, so the search tries the multipliers near 1/factor,
-// shortest text first, each with the addends near addend * multiplier.
+// that reads back exactly, so the search tries the multipliers near 1/factor
+// in both forms, shortest text first, each with the addends near
+// addend * multiplier. A rule read from a statement always finds one: its own
+// multiplier is among them.
 #include "units/rule_formula_text.h"
 
 #include <algorithm>
@@ -39,25 +41,42 @@ struct FactorClause {
     double multiplier = 1.0;
 };
 
-// Every factor clause that reads back into `factor`, shortest first:
-// " / n" (the reader takes 1/n) when |1/factor| < 1, " * m" otherwise, and
-// nothing for a factor of 1. Never empty: without an exact clause, the
-// 17-digit multiplier.
+// The factor clauses of one form that read back into `factor`, shortest
+// first: " / n" (the reader takes 1/n) or " * m".
+std::vector<FactorClause> FactorClausesOfForm(double factor, bool divides) {
+    const auto multiplierOf = [divides](double number) { return divides ? 1.0 / number : number; };
+    const auto reproduces = [&](double number) { return 1.0 / multiplierOf(number) == factor; };
+    const auto clauseOf = [&](const StatementNumberText& number) {
+        return FactorClause{(divides ? L" / " : L" * ") + number.text, multiplierOf(number.readBack)};
+    };
+    std::vector<FactorClause> clauses;
+    for (double candidate : NearbyDoubles(divides ? factor : 1.0 / factor)) {
+        if (candidate == 0.0 || !std::isfinite(candidate) || !reproduces(candidate)) continue;
+        // The shortest text may read back as another number that reproduces
+        // the factor too; the candidate's own text keeps its multiplier.
+        const StatementNumberText shortest = StatementNumberMatching(candidate, reproduces);
+        clauses.push_back(clauseOf(shortest));
+        if (shortest.readBack != candidate) clauses.push_back(clauseOf(StatementNumberMatching(
+            candidate, [candidate](double read) { return read == candidate; })));
+    }
+    std::stable_sort(clauses.begin(), clauses.end(),
+                     [](const FactorClause& a, const FactorClause& b) { return a.text.size() < b.text.size(); });
+    return clauses;
+}
+
+// Every factor clause that reads back into `factor`: first the usual form,
+// " / n" when |1/factor| < 1 and " * m" otherwise, then the other form, whose
+// multipliers may leave an exact addend where the usual ones do not; nothing
+// for a factor of 1. Never empty: without an exact clause, the 17-digit
+// multiplier.
 std::vector<FactorClause> FactorClauses(double factor) {
     const double ideal = 1.0 / factor;
     if (ideal == 1.0) return {{L"", 1.0}};
     const bool divides = std::fabs(ideal) < 1.0;
-    const auto multiplierOf = [divides](double number) { return divides ? 1.0 / number : number; };
-    const auto reproduces = [&](double number) { return 1.0 / multiplierOf(number) == factor; };
-    std::vector<FactorClause> clauses;
-    for (double candidate : NearbyDoubles(divides ? factor : ideal)) {
-        const StatementNumberText number = StatementNumberMatching(candidate, reproduces);
-        if (!reproduces(number.readBack)) continue;
-        clauses.push_back({(divides ? L" / " : L" * ") + number.text, multiplierOf(number.readBack)});
-    }
+    std::vector<FactorClause> clauses = FactorClausesOfForm(factor, divides);
+    std::vector<FactorClause> otherForm = FactorClausesOfForm(factor, !divides);
+    clauses.insert(clauses.end(), otherForm.begin(), otherForm.end());
     if (clauses.empty()) clauses.push_back({L" * " + QtrFormat(L"%.17g", ideal), ideal});
-    std::stable_sort(clauses.begin(), clauses.end(),
-                     [](const FactorClause& a, const FactorClause& b) { return a.text.size() < b.text.size(); });
     return clauses;
 }
 
