@@ -25,7 +25,12 @@ std::string Number(double value) {
 std::string RandomCatalogue(unsigned variant) {
     std::mt19937 rng(variant);
     const auto below = [&](size_t limit) { return std::uniform_int_distribution<size_t>(0, limit - 1)(rng); };
-    const auto shift = [&] { return std::to_string((below(2) ? -1 : 1) * static_cast<int>(1 + below(5))); };
+    // Every random draw is a statement of its own, so that the catalogues are
+    // the same whatever order a compiler evaluates operands in.
+    const auto shift = [&] {
+        const int sign = below(2) ? -1 : 1;
+        return std::to_string(sign * static_cast<int>(1 + below(5)));
+    };
     const auto power = [&](double limit) { return std::pow(10.0, std::uniform_real_distribution(-limit, limit)(rng)); };
     const std::string shapes[] = {"u", "Unit_", "category", "format", "km\\/h", "a\\/\\/b", "say \\\"hi\\\"", "2nd",
                                   "two words", "\u00b5m", "back\\\\slash", "m\u00b2", "(p);{c}"};
@@ -40,9 +45,16 @@ std::string RandomCatalogue(unsigned variant) {
         for (size_t unit = 1; unit < units.size(); ++unit) {
             std::string target = units[unit], source = units[below(unit)];
             if (below(2)) std::swap(target, source);
-            text += "\tconvert " + target + " <- " + source + " * " + Number((below(2) ? -1.0 : 1.0) * power(12));
-            if (below(3) == 0) text += (below(2) ? " - " : " + ") + Number(power(3));
-            if (below(3) == 0) text += " format " + shift() + ", " + shift();
+            const double sign = below(2) ? -1.0 : 1.0;
+            text += "\tconvert " + target + " <- " + source + " * " + Number(sign * power(12));
+            if (below(3) == 0) {
+                const char* addOrSubtract = below(2) ? " - " : " + ";
+                text += addOrSubtract + Number(power(3));
+            }
+            if (below(3) == 0) {
+                const std::string pre = shift();
+                text += " format " + pre + ", " + shift();
+            }
             text += ";\n";
         }
         for (const std::string statement : {"defaultintern ", "defaultsurface "})
