@@ -60,8 +60,6 @@ TEST_F(Grammar, FormulasThatNeverSettleAreRefusedAsTooComplex) {
     EXPECT_THAT(ParseErrors(), testing::Contains(L"X_ParsNode::Tree_Opt: formula too complex\n").Times(1));
 }
 
-// Two threads read files at once, one of them faulty; each parse counts
-// only its own errors.
 using ParseThreads = ParseTest;
 
 TEST_F(ParseThreads, ParsesOnTwoThreadsKeepTheirOwnState) {

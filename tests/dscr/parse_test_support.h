@@ -4,33 +4,26 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <fstream>
+#include <regex>
 #include <string>
 #include <vector>
 
 #include "dscr/parser_driver.h"
 #include "etc/utf8.h"
 #include "quantor/admin.h"
+#include "support/scratch_folder.h"
 #include "support/sink_capture.h"
 
 using Messages = std::vector<std::wstring>;
 
 class ParseTest : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string pattern = (std::filesystem::temp_directory_path() / "quantor_parse_XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        folder_ = std::filesystem::canonical(pattern);
-    }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
-
     // Writes `text` (UTF-8) to the scratch file `name`; answers its path.
     std::wstring WriteFile(const std::string& name, const std::string& text) const {
-        std::ofstream(folder_ / name, std::ios::binary) << text;
-        return quantor::detail::FromUtf8((folder_ / name).string());
+        std::ofstream(folder_.path / name, std::ios::binary) << text;
+        return quantor::detail::FromUtf8((folder_.path / name).string());
     }
     // Reads `text` into `admin`; the captures then hold what it reported.
     bool Parse(QtrAdminStd& admin, const std::string& text) {
@@ -50,18 +43,16 @@ protected:
     // The messages of the parser-error reports in the trace, with
     // `positions` each preceded by its "line,column ".
     Messages ParseErrors(bool positions = false) const {
-        const std::wstring marker = L"): ##### parser-error: ";
+        static const std::wregex kReport(L"\\(([0-9]+,[0-9]+)\\): ##### parser-error: ");
         Messages errors;
-        for (const std::wstring& text : trace_.Texts()) {
-            const size_t end = text.find(marker), open = text.rfind(L'(', end);
-            if (end == std::wstring::npos || open == std::wstring::npos) continue;
-            const std::wstring position = positions ? text.substr(open + 1, end - open - 1) + L" " : L"";
-            errors.push_back(position + text.substr(end + marker.size()));
-        }
+        std::wsmatch report;
+        for (const std::wstring& text : trace_.Texts())
+            if (std::regex_search(text, report, kReport))
+                errors.push_back((positions ? report.str(1) + L" " : L"") + report.suffix().str());
         return errors;
     }
 
-    std::filesystem::path folder_;
+    ScratchFolder folder_;
     std::wstring path_;  // the file that Parse wrote last
     LogCapture log_;
     TraceCapture trace_;

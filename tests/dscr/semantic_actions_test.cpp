@@ -13,13 +13,8 @@ using SemanticActions = ParseTest;
 // Each body is read as a category block; where a row gives a factor, the
 // block must leave a rule from m to km with that factor, addend and shifts.
 TEST_F(SemanticActions, StatementTable) {
-    const struct {
-        std::string body;
-        bool accepted;
-        Messages errors;
-        double factor = NAN, addend = 0.0;
-        int pre = 0, post = 0;
-    } rows[] = {
+    const struct { std::string body; bool accepted; Messages errors; double factor = NAN, addend = 0.0;
+                   int pre = 0, post = 0; } rows[] = {
         {"defaultintern m; unit m;", false, {L"unknown default internal unit\n"}},
         {"unit m, km; convert km <- 1000 * m;", true, {}, 0.001},
         {"unit m, km; convert km <- 1000;", false, {L"Conv_GetFromRight(): error in formula\n"}},
@@ -47,8 +42,6 @@ TEST_F(SemanticActions, StatementTable) {
     }
 }
 
-// One default statement sets both defaults; a rule for an unknown unit is
-// only logged.
 TEST_F(SemanticActions, DefaultSurfaceSetsBothAndUnknownUnitsAreOnlyLogged) {
     QtrAdminDscr admin;
     ASSERT_TRUE(Parse(admin, "category A { unit m, mm; defaultsurface mm; convert km <- m / 1000; }"));
@@ -57,8 +50,7 @@ TEST_F(SemanticActions, DefaultSurfaceSetsBothAndUnknownUnitsAreOnlyLogged) {
     EXPECT_THAT(log_.Messages(), testing::Contains(L"Conv_Finish: unknown target unit \"km\"\n"));
 }
 
-// A report about a formula stands at the formula's first token. The log
-// holds nothing but the summary line.
+// A report about a formula stands at the formula's first token.
 TEST_F(SemanticActions, CountedErrorsArePositionedAndSummedUp) {
     QtrAdminDscr admin;
     ExpectOutcome(admin, "category A {\n\tunit m: n;\n\tconvert  km\t<- 1000;\n\tdefaultintern x;\n}", false,

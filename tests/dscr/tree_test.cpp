@@ -6,7 +6,7 @@
 #include <random>
 #include <regex>
 #include <string>
-#include <thread>
+#include <tuple>
 
 #include "dscr/pars_node.h"
 #include "dscr/parse_error.h"
@@ -50,35 +50,19 @@ protected:
     TraceCapture trace_;
 };
 
-TEST_F(TreeTest, LeavesTakeTheirTokens) {
+TEST_F(TreeTest, LeavesTakeTheirTokensAndOperatorsTheirInverses) {
     auto hex = Leaf(ND_HEXNUM, L"1F", 3, 7);
-    EXPECT_EQ(hex->Value(), 31.0);
-    EXPECT_EQ(hex->Name(), L"1F");
-    EXPECT_EQ(hex->Column(), 7);
+    EXPECT_EQ(std::tuple(hex->Value(), hex->Name(), hex->Column()), std::tuple(31.0, std::wstring(L"1F"), 7));
     // An operator type cannot come from a token: reported, type kept.
     EXPECT_EQ(Leaf(ND_PLUS, L"+", 2, 5)->Type(), ND_PLUS);
-    EXPECT_EQ(trace_.Text(), L"f.dscr(2,5): ##### parser-error: X_ParsNode::X_ParsNode(ND_PLUS,(token)): error\n");
-}
-
-TEST_F(TreeTest, InverseOperations) {
     const std::pair<TE_PNodeId, TE_PNodeId> inverses[] = {{ND_DIV, ND_MULT}, {ND_MINUS, ND_PLUS},
                                                           {ND_MULT, ND_DIV}, {ND_PLUS, ND_MINUS},
                                                           {ND_UNMINUS, ND_UNPLUS}, {ND_UNPLUS, ND_UNMINUS}};
     for (const auto& [type, inverse] : inverses) EXPECT_EQ(Op(type, Name(L"a"))->Inv_NodeId(), inverse);
     EXPECT_EQ(Op(ND_CONVFORM, Name(L"x", 5, 2), Name(L"y", 5, 7))->Inv_NodeId(), ND_NOTYPE);
-    EXPECT_EQ(trace_.Text(),
-              L"f.dscr(5,2): ##### parser-error: X_ParsNode::Inv_NodeId(): no inverting operation for ND_CONVFORM\n");
-}
-
-TEST_F(TreeTest, DepthAndEarliestPosition) {
-    auto formula = Op(ND_CONVFORM, Op(ND_MULT, Name(L"x", 2, 9), Number(L"1.8", 2, 13)), Name(L"y", 2, 20));
-    EXPECT_EQ(formula->Depth(), 2);
-    EXPECT_EQ(formula->EarliestPosition(), formula.get());
-    // An operand further right may come first; on a tie the first in pre-order stays.
-    auto later = Op(ND_PLUS, Name(L"a", 3, 1), Name(L"b", 2, 40));
-    EXPECT_EQ(later->EarliestPosition(), later->Right());
-    auto tie = Op(ND_PLUS, Name(L"a", 3, 1), Name(L"b", 3, 1));
-    EXPECT_EQ(tie->EarliestPosition(), tie.get());
+    EXPECT_EQ(trace_.Text(), L"f.dscr(2,5): ##### parser-error: X_ParsNode::X_ParsNode(ND_PLUS,(token)): error\n"
+                             L"f.dscr(5,2): ##### parser-error: X_ParsNode::Inv_NodeId(): no inverting operation "
+                             L"for ND_CONVFORM\n");
 }
 
 TEST_F(TreeTest, SubExprDelKeepsTheOtherOperand) {
@@ -111,19 +95,13 @@ TEST_F(TreeTest, CopiesAreDeepAndIndependent) {
 
 TEST_F(TreeTest, ParseErrorsArePlacedAndCounted) {
     ParseError_Report(L"unit %s: %d\n", L"km", 2);
-    auto formula = Op(ND_CONVFORM, Name(L"km", 4, 8), Op(ND_DIV, Name(L"m", 4, 14), Number(L"1000", 4, 18)));
+    // At the earliest position in the subtree, which an operand further right may hold.
+    auto formula = Op(ND_CONVFORM, Name(L"km", 3, 8), Op(ND_DIV, Name(L"m", 4, 14), Number(L"1000", 3, 18)));
     ParseError_ReportAt(formula->Right(), L"bad\n");
     ParseError_ReportAt(nullptr, L"none\n");
-    EXPECT_EQ(trace_.Text(), L"f.dscr(9,1): ##### parser-error: unit km: 2\nf.dscr(4,14): ##### parser-error: bad\n"
+    EXPECT_EQ(trace_.Text(), L"f.dscr(9,1): ##### parser-error: unit km: 2\nf.dscr(3,18): ##### parser-error: bad\n"
                              L"f.dscr(9,1): ##### parser-error: none\n");
     EXPECT_EQ(state_.errorCount, 3);
-}
-
-TEST(ParseError, AThreadWithoutAParseReportsIntoItsOwnFallbackState) {
-    X_ParseState mine;
-    X_ParseStateScope scope(mine);
-    std::thread([] { ParseError_Report(L"no parse on this thread\n"); }).join();
-    EXPECT_EQ(mine.errorCount, 0);
 }
 
 TEST_F(TreeTest, SimplifiedShapes) {
@@ -149,18 +127,15 @@ TEST_F(TreeTest, SimplifiedShapes) {
 }
 
 TEST_F(TreeTest, DivisionsByZero) {
-    // The zero test is on the dividend: 0 / 5 is reported and gives 1.
-    auto zeroDividend = Op(ND_DIV, Number(L"0", 2, 4), Number(L"5", 2, 8));
-    EXPECT_EQ(zeroDividend->Tree_Opt(), 1);
-    EXPECT_EQ(InfixText(zeroDividend.get()), L"1");
-    // A constant divisor zero is left to the floating-point division.
-    auto zeroDivisor = Op(ND_DIV, Number(L"5"), Number(L"0"));
-    zeroDivisor->Tree_Opt();
-    EXPECT_EQ(InfixText(zeroDivisor.get()), L"inf");
-    // A name divided by zero is reported at the divisor and gives 1.
-    auto nameByZero = Op(ND_DIV, Name(L"x", 3, 1), Number(L"0", 3, 5));
-    EXPECT_EQ(nameByZero->Tree_Opt(), 1);
-    EXPECT_EQ(InfixText(nameByZero.get()), L"1");
+    // The zero test is on the dividend: 0 / 5 is reported and gives 1. A constant divisor zero is left to the
+    // floating-point division; a name divided by zero is reported at the divisor and gives 1.
+    const std::pair<X_ParsNodePtr, std::wstring> cases[] = {{Op(ND_DIV, Number(L"0", 2, 4), Number(L"5", 2, 8)), L"1"},
+                                                            {Op(ND_DIV, Number(L"5"), Number(L"0")), L"inf"},
+                                                            {Op(ND_DIV, Name(L"x", 3, 1), Number(L"0", 3, 5)), L"1"}};
+    for (const auto& [tree, simplified] : cases) {
+        EXPECT_EQ(tree->Tree_Opt(), 1);
+        EXPECT_EQ(InfixText(tree.get()), simplified);
+    }
     EXPECT_EQ(trace_.Text(), L"f.dscr(2,4): ##### parser-error: X_ParsNode::Tree_ConstCalc, div by zero\n"
                              L"f.dscr(3,5): ##### parser-error: X_ParsNode::Tree_ConstCalc: div by zero!!!\n");
 }

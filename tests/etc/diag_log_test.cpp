@@ -1,6 +1,6 @@
 // The diagnostics log and its printf-style formatter: entry fields, the one-message
-// life of a recorded position and its thread, the default sink, numbered trace
-// lines, and the hexadecimal reader.
+// life of a recorded position and its thread, the default sink, and the
+// hexadecimal reader.
 #include "etc/diag_log.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@
 
 namespace {
 
-TEST(Format, FollowsPrintf) {
+TEST(Format, FollowsPrintfAndPrintsArgumentsByTheirOwnType) {
     EXPECT_EQ(QtrFormat(L"%g|%7.2f|%-5d|%05d|%.0f|%e", 2500.0, 3.14159, 42, -7, 2.5, 12345.0),
               L"2500|   3.14|42   |-0007|2|1.234500e+04");
     EXPECT_EQ(QtrFormat(L"%08x %X %x %*d|%.*f 100%%", 0xBEEFu, 255u, -1, 4, 1, 2, 1.0),
@@ -22,9 +22,6 @@ TEST(Format, FollowsPrintf) {
     EXPECT_EQ(QtrFormat(L"[%s] [%5s] [%-4s] [%.1s] %c%c", std::wstring(L"km"), L"m", L"in", L"abc", L'\u00e9', 65),
               L"[km] [    m] [in  ] [a] \u00e9A");
     EXPECT_EQ(QtrFormat(L"%999999999d", 1).size(), 4096u);  // widths are clamped
-}
-
-TEST(Format, MismatchedOrMissingArguments) {
     // An argument prints by its own type: the NULL-parameter messages give %g a string.
     EXPECT_EQ(QtrFormat(L"%g %d %f %s", L"text", 2.5, 7, 12), L"text 2.5 7 12");
     EXPECT_EQ(QtrFormat(L"(,NULL,%g,NULL)", static_cast<const wchar_t*>(nullptr), 1.0), L"(,NULL,(null),NULL)");
@@ -52,22 +49,11 @@ TEST(DiagLog, ARecordedPositionServesExactlyOneMessage) {
     Error_Write(L"third\n");
     ASSERT_EQ(log.Entries().size(), 3u);
     const QtrLogEntry& entry = log.Entries()[0];
-    EXPECT_EQ(entry.module, L"Quantor");
-    EXPECT_EQ(entry.file, L"");
-    EXPECT_EQ(entry.line, 1234u);
+    EXPECT_EQ(std::tie(entry.module, entry.file, entry.line, entry.code),
+              std::tuple(std::wstring(L"Quantor"), std::wstring(), 1234u, static_cast<int32_t>(0x8000FFFF)));
     EXPECT_EQ(entry.message, L"QtrAdminStd::Convert(,m,2.5,km): no convinfo\n");
-    EXPECT_EQ(entry.code, static_cast<int32_t>(0x8000FFFF));
     EXPECT_EQ(log.Entries()[1].line, 0xFFFFFFFF);
     EXPECT_EQ(log.Entries()[2].line, 0u);
-}
-
-TEST(DiagLog, NumberedTraceLinesCountUpRightAlignedInFourColumns) {
-    TraceCapture trace;
-    // The counter is process-wide; no other test here writes numbered lines.
-    Trace_WriteNumbered(L"%s\n", L"a");
-    Trace_WriteNumbered(L"b\n");
-    Trace_WriteNumbered(L"c %d\n");
-    EXPECT_EQ(trace.Text(), L"   1: a\n   2: b\n   3: c %d\n");
 }
 
 TEST(DiagLog, TheDefaultSinkWritesOneUtf8LineToStderr) {

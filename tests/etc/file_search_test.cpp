@@ -4,7 +4,6 @@
 #include "etc/file_search.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -12,6 +11,7 @@
 #include <string>
 
 #include "etc/utf8.h"
+#include "support/scratch_folder.h"
 #include "support/sink_capture.h"
 
 namespace {
@@ -22,17 +22,11 @@ using quantor::detail::FromUtf8;
 class FileSearch : public testing::Test {
 protected:
     void SetUp() override {
-        std::string pattern = (fs::temp_directory_path() / "quantor_search_XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        root_ = fs::canonical(pattern);
         fs::current_path(root_);
         setenv("QUANTOR_RLG_PATH", (root_ / "rlg").c_str(), 1);
         setenv("PATH", (root_ / "nowhere").c_str(), 1);
     }
-    void TearDown() override {
-        fs::current_path(savedCwd_);
-        fs::remove_all(root_);
-    }
+    void TearDown() override { fs::current_path(savedCwd_); }
 
     // Creates the file `relative` below the scratch folder; answers its path.
     std::wstring Touch(const fs::path& relative) const {
@@ -42,7 +36,8 @@ protected:
     }
 
     const fs::path savedCwd_ = fs::current_path();
-    fs::path root_;
+    const ScratchFolder scratch_;
+    const fs::path& root_ = scratch_.path;
     LogCapture log_;
 };
 
@@ -63,7 +58,6 @@ TEST_F(FileSearch, PlacesAreTriedInTheirFixedOrder) {
     EXPECT_TRUE(log_.Entries().empty());
 }
 
-// A missing PATH is reported when the search comes to it, and only then.
 TEST_F(FileSearch, MissingPathIsReportedOnlyWhenTheSearchComesToIt) {
     const std::wstring configured = Touch("rlg/units.dscr");
     unsetenv("PATH");

@@ -2,14 +2,13 @@
 #include "etc/text_reader.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "support/scratch_folder.h"
 
 namespace {
 
@@ -17,10 +16,8 @@ using namespace std::string_view_literals;
 using Lines = std::vector<std::wstring>;
 
 TEST(TextReader, EncodingsLineEndsAndMalformedBytes) {
-    std::string path = (std::filesystem::temp_directory_path() / "quantor-text-reader-XXXXXX").string();
-    const int descriptor = mkstemp(path.data());
-    ASSERT_NE(descriptor, -1);
-    close(descriptor);
+    const ScratchFolder folder;
+    const std::filesystem::path path = folder.path / "text.txt";
     const std::pair<std::string_view, Lines> cases[] = {
         {"one\r\ntwo\n\nin\rside\nlast\r", {L"one", L"two", L"", L"in\rside", L"last"}},
         {"\n\n", {L"", L""}},
@@ -36,12 +33,11 @@ TEST(TextReader, EncodingsLineEndsAndMalformedBytes) {
     for (const auto& [bytes, expected] : cases) {
         std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         quantor::detail::TextReader reader;
-        EXPECT_TRUE(reader.Open(std::filesystem::path(path).wstring()));
+        EXPECT_TRUE(reader.Open(path.wstring()));
         Lines lines;
         for (std::wstring line; reader.ReadLine(line);) lines.push_back(line);
         EXPECT_EQ(lines, expected) << testing::PrintToString(bytes);
     }
-    std::filesystem::remove(path);
 }
 
 }  // namespace

@@ -8,43 +8,37 @@
 
 #include "quantor/sinks.h"
 
-class LogCapture {
+template <class Item, auto SetSink>
+class SinkCapture {
 public:
-    LogCapture() : previous_(QtrSetLogSink([this](const QtrLogEntry& entry) { entries_.push_back(entry); })) {}
-    ~LogCapture() { QtrSetLogSink(std::move(previous_)); }
-    LogCapture(const LogCapture&) = delete;
-    LogCapture& operator=(const LogCapture&) = delete;
+    SinkCapture() : previous_(SetSink([this](const Item& item) { items_.push_back(item); })) {}
+    ~SinkCapture() { SetSink(std::move(previous_)); }
+    SinkCapture(const SinkCapture&) = delete;
+    SinkCapture& operator=(const SinkCapture&) = delete;
+    void Clear() { items_.clear(); }
 
-    const std::vector<QtrLogEntry>& Entries() const { return entries_; }
-    std::vector<std::wstring> Messages() const {
-        std::vector<std::wstring> messages;
-        for (const QtrLogEntry& entry : entries_) messages.push_back(entry.message);
-        return messages;
-    }
-    void Clear() { entries_.clear(); }
-
-private:
-    std::vector<QtrLogEntry> entries_;
-    QtrLogSink previous_;
+protected:
+    std::vector<Item> items_;
+    decltype(SetSink({})) previous_;
 };
 
-class TraceCapture {
+class LogCapture : public SinkCapture<QtrLogEntry, QtrSetLogSink> {
 public:
-    TraceCapture() : previous_(QtrSetTraceSink([this](const std::wstring& text) { texts_.push_back(text); })) {}
-    ~TraceCapture() { QtrSetTraceSink(std::move(previous_)); }
-    TraceCapture(const TraceCapture&) = delete;
-    TraceCapture& operator=(const TraceCapture&) = delete;
+    const std::vector<QtrLogEntry>& Entries() const { return items_; }
+    std::vector<std::wstring> Messages() const {
+        std::vector<std::wstring> messages;
+        for (const QtrLogEntry& entry : items_) messages.push_back(entry.message);
+        return messages;
+    }
+};
 
-    const std::vector<std::wstring>& Texts() const { return texts_; }
+class TraceCapture : public SinkCapture<std::wstring, QtrSetTraceSink> {
+public:
+    const std::vector<std::wstring>& Texts() const { return items_; }
     // Every text written, joined.
     std::wstring Text() const {
         std::wstring joined;
-        for (const std::wstring& text : texts_) joined += text;
+        for (const std::wstring& text : items_) joined += text;
         return joined;
     }
-    void Clear() { texts_.clear(); }
-
-private:
-    std::vector<std::wstring> texts_;
-    QtrTraceSink previous_;
 };

@@ -14,8 +14,8 @@
 #include <vector>
 
 #include "quantor/admin.h"
-#include "quantor/convinfo.h"
 #include "quantor/unit.h"
+#include "support/rules.h"
 #include "support/sink_capture.h"
 
 namespace {
@@ -36,11 +36,7 @@ struct Catalogue {
 
 // An explicit rule by which `source` converts into `target`.
 void AddRule(QtrUnitStd* source, const QtrUnitStd* target, double factor, double addend = 0.0) {
-    auto* rule = new QtrConvInfoStd;
-    rule->SetUnits(target, source);
-    rule->SetFormula(factor, addend);
-    rule->SetExplicit(true);
-    ASSERT_EQ(source->ConvInfoAdd(rule), 1);
+    ASSERT_EQ(source->ConvInfoAdd(NewRule(target, source, factor, addend)), 1);
 }
 
 // m, km and cm with explicit rules from km and from cm to m.
@@ -80,40 +76,32 @@ TEST_F(MetricLength, PrintsEveryRuleOrACompactSetLinkingEveryUnitToTheFirst) {
     category_.DefaultSurfaceUnitSet(km_);
     const std::wstring head =
         L"\ncategory length\n{\n\tunit m;\n\tunit km;\n\tunit cm;\n\tdefaultintern m;\n\tdefaultsurface km;\n"
-        L"\n\tconvert  m\t<- km / 1000;\t// explicit\n"
-        L"\n\tconvert  m\t<- cm * 100;\t// explicit\n";
+        L"\n\tconvert  m\t<- km / 1000;\t// explicit\n\n\tconvert  m\t<- cm * 100;\t// explicit\n";
     TraceCapture trace;
     category_.PrettyPrint(nullptr, true);
     EXPECT_EQ(trace.Text(), head +
-                                L"\n\tconvert  km\t<- m * 1000;\n"
-                                L"\n\tconvert  km\t<- cm * 100000;\n"
-                                L"\n\tconvert  cm\t<- m / 100;\n"
-                                L"\n\tconvert  cm\t<- km / 100000;\n"
+                                L"\n\tconvert  km\t<- m * 1000;\n\n\tconvert  km\t<- cm * 100000;\n"
+                                L"\n\tconvert  cm\t<- m / 100;\n\n\tconvert  cm\t<- km / 100000;\n"
                                 L"\n} // length\n\n");
     trace.Clear();
     category_.PrettyPrint(nullptr, false);
     EXPECT_EQ(trace.Text(), head + L"\n} // length\n\n");
 }
 
-TEST(Completion, UnreachablePairFailsAndKeepsWhatWasAdded) {
-    Catalogue abc({L"A", L"B", L"C"});
-    QtrUnitStd *a = abc.units[0], *b = abc.units[1];
-    AddRule(a, b, 2.0);
+// A pair that cannot be reached, and a rule of factor 0 that cannot be inverted.
+TEST(Completion, FailuresAreLoggedAndKeepWhatWasAdded) {
+    Catalogue abc({L"A", L"B", L"C"}), zero({L"A", L"B"});
+    AddRule(abc.units[0], abc.units[1], 2.0);
+    AddRule(zero.units[0], zero.units[1], 0.0, 5.0);
     LogCapture log;
     EXPECT_FALSE(abc.category->ConvInfoComplete());
-    EXPECT_EQ(log.Messages(), std::vector<std::wstring>{L"QtrCategoryStd::ConvInfoComplete(), missing  B <- C\n"});
-    ASSERT_NE(b->ConvInfo(a), nullptr);
-    EXPECT_EQ(b->ConvInfo(a)->Factor(), 0.5);
-}
-
-TEST(Completion, RuleOfFactorZeroCannotBeInverted) {
-    Catalogue pair({L"A", L"B"});
-    AddRule(pair.units[0], pair.units[1], 0.0, 5.0);
-    LogCapture log;
-    EXPECT_FALSE(pair.category->ConvInfoComplete());
-    EXPECT_EQ(log.Messages(), (std::vector<std::wstring>{L"QtrConvInfoStd::NewInverse(): Factor() == 0, impossible\n",
+    ASSERT_NE(abc.units[1]->ConvInfo(abc.units[0]), nullptr);
+    EXPECT_EQ(abc.units[1]->ConvInfo(abc.units[0])->Factor(), 0.5);
+    EXPECT_FALSE(zero.category->ConvInfoComplete());
+    EXPECT_EQ(zero.units[1]->ConvInfo(zero.units[0]), nullptr);
+    EXPECT_EQ(log.Messages(), (std::vector<std::wstring>{L"QtrCategoryStd::ConvInfoComplete(), missing  B <- C\n",
+                                                         L"QtrConvInfoStd::NewInverse(): Factor() == 0, impossible\n",
                                                          L"QtrCategoryStd::ConvInfoComplete, ConvInfoAdd err\n"}));
-    EXPECT_EQ(pair.units[1]->ConvInfo(pair.units[0]), nullptr);
 }
 
 // Equal within 1e-9 relative to the magnitudes involved, and absolute below 1.
@@ -154,7 +142,7 @@ TEST(Completion, RandomSpanningTreesCompleteConsistently) {
         EXPECT_TRUE(log.Entries().empty());
 
         const double value = 3.75;
-        for (std::size_t a = 0; a < units.size(); ++a) {
+        for (std::size_t a = 0; a < units.size(); ++a)
             for (std::size_t b = 0; b < units.size(); ++b) {
                 if (a == b) continue;
                 ASSERT_NE(units[a]->ConvInfo(units[b]), nullptr);
@@ -165,7 +153,6 @@ TEST(Completion, RandomSpanningTreesCompleteConsistently) {
                         ExpectClose(units[b]->ConvInfo(units[c])->Convert(inB),
                                     units[a]->ConvInfo(units[c])->Convert(value), std::max(value, std::fabs(inB)));
             }
-        }
     }
 }
 

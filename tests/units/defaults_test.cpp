@@ -1,6 +1,5 @@
 // The default settings, administration and dictionary; the latter two are
 // built once per process, so their scenarios run in fresh processes.
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -17,6 +16,7 @@
 #include "quantor/admin.h"
 #include "quantor/functions.h"
 #include "quantor/translation.h"
+#include "support/scratch_folder.h"
 #include "support/sink_capture.h"
 #include "units/settings_source.h"
 
@@ -42,7 +42,8 @@ QtrVariant Number(int32_t number) { return {QTR_VT_I4, L"", number}; }
 std::atomic<int> settingsCreated{0};
 
 struct TableSettings : QtrSettings {
-    SettingsTable table;
+    explicit TableSettings(SettingsTable answers) : table(std::move(answers)) { ++settingsCreated; }
+    const SettingsTable table;
     int32_t SettingsGetValue(const std::wstring& section, const std::wstring& key, uint16_t, QtrVariant& value,
                              int32_t) override {
         const auto entry = table.find({section, key});
@@ -54,24 +55,8 @@ struct TableSettings : QtrSettings {
 
 // Installs settings that answer what `table` holds and fail for other keys.
 void SettingsInstall(const SettingsTable& table) {
-    QtrSetSettingsFactory([table] {
-        ++settingsCreated;
-        auto settings = std::make_unique<TableSettings>();
-        settings->table = table;
-        return settings;
-    });
+    QtrSetSettingsFactory([table] { return std::make_unique<TableSettings>(table); });
 }
-
-// A fresh folder under the test temporary folder, removed afterwards. Its
-// name holds a '%', which messages that name it must keep as it stands.
-struct TempFolder {
-    fs::path path;
-    TempFolder() {
-        std::string pattern = ::testing::TempDir() + "quantor%d%sXXXXXX";
-        if (mkdtemp(pattern.data())) path = pattern;
-    }
-    ~TempFolder() { fs::remove_all(path); }
-};
 
 // Runs `scenario` in a new copy of this test, where no defaults are built
 // yet, and expects it to pass there; its failures go to stderr.
@@ -102,8 +87,8 @@ std::wstring FootTranslated() {
 TEST(DefaultAdministration, CurrencyModeSelectsTheRegionFile) {
     const std::pair<int32_t, const wchar_t*> cases[] = {
         {1, nullptr}, {2, L"Atlantic"}, {7, nullptr}, {98, nullptr}, {99, L"Customized"}};
-    for (const auto& testCase : cases) {
-        for (const SettingsKey& key : {kModeKey, {L"option-configuration/unitsandcurrencies/mode", L"default"}}) {
+    for (const auto& testCase : cases)
+        for (const SettingsKey& key : {kModeKey, {L"option-configuration/unitsandcurrencies/mode", L"default"}})
             ExpectPassesInFreshProcess([&] {
                 const auto& [mode, region] = testCase;
                 SettingsInstall({{kFolderKey, kCatalogueFolder}, {key, Number(mode)}});
@@ -111,21 +96,18 @@ TEST(DefaultAdministration, CurrencyModeSelectsTheRegionFile) {
                 for (int call = 0; call < 2; ++call) EXPECT_EQ(Categories(QtrAdminStd::QtrAdminDefault()), expected);
                 EXPECT_EQ(settingsCreated, 1);  // loaded once and kept
             });
-        }
-    }
 }
 
-// Without a usable folder setting the files are named bare.
 TEST(DefaultAdministration, UnusableFolderSettingLeavesBareNames) {
     const std::wstring folder = L"\"unitsandcurrencies\"/\"curr_dscr_filepath\"";
     const std::tuple<SettingsTable, uint32_t, std::wstring> cases[] = {
         {{}, 596, L"no settings for " + folder + L"\n"},
         {{{kFolderKey, Number(5)}}, 606, L"setting for " + folder + L" contains no string\n"}};
-    for (const auto& testCase : cases) {
+    for (const auto& testCase : cases)
         ExpectPassesInFreshProcess([&] {
             const auto& [settings, line, message] = testCase;
             SettingsInstall(settings);
-            const TempFolder empty;
+            const ScratchFolder empty;
             ASSERT_EQ(chdir(empty.path.c_str()), 0);
             const LogCapture log;
             EXPECT_EQ(QtrAdminStd::QtrAdminDefault(), nullptr);
@@ -134,12 +116,11 @@ TEST(DefaultAdministration, UnusableFolderSettingLeavesBareNames) {
             EXPECT_EQ(log.Messages()[0], L"QtrAdminStd::QtrAdminDefault: " + message);
             EXPECT_EQ(log.Messages().back(), L"QtrAdminStd::QtrAdminDefault: cannot parse \"unit_dscr.txt\"");
         });
-    }
 }
 
 TEST(DefaultAdministration, FailedRegionFileIsReportedAndEveryFileParsedAgain) {
     ExpectPassesInFreshProcess([] {
-        const TempFolder folder;
+        const ScratchFolder folder;
         fs::copy(kCatalogue, folder.path);
         std::ofstream(folder.path / "curr_dscr_customized.txt") << "category {";
         SettingsInstall({{kFolderKey, {QTR_VT_BSTR, Wide(folder.path), 0}}, {kModeKey, Number(99)}});
@@ -149,9 +130,7 @@ TEST(DefaultAdministration, FailedRegionFileIsReportedAndEveryFileParsedAgain) {
         EXPECT_EQ(log.Entries().back().line, 693u);
         EXPECT_EQ(log.Messages().back(),
                   L"QtrAdminStd::QtrAdminDefault: cannot" + Wide(folder.path / "curr_dscr_customized.txt"));
-        double result = -1.0;
         EXPECT_EQ(CategorySearch(L"Length"), nullptr);  // meanwhile the free functions find nothing
-        EXPECT_FALSE(UnitConvert(result, L"m", 1.0, L"km"));
         std::ofstream(folder.path / "curr_dscr_customized.txt") << "category Customized {}";
         std::ofstream(folder.path / "unit_dscr.txt", std::ios::app) << "category Mass { unit kg; }\n";
         EXPECT_EQ(Categories(QtrAdminStd::QtrAdminDefault()),
@@ -159,8 +138,7 @@ TEST(DefaultAdministration, FailedRegionFileIsReportedAndEveryFileParsedAgain) {
     });
 }
 
-// Without a settings source the administration stays empty, silently, and
-// the dictionary's English file is not found; both load once there are some.
+// The administration stays empty, silently; the dictionary misses its English file.
 TEST(DefaultAdministration, WithoutSettingsBothStayEmptyUntilThereAreSome) {
     ExpectPassesInFreshProcess([] {
         QtrSetSettingsFactory(nullptr);
@@ -180,8 +158,6 @@ TEST(DefaultAdministration, WithoutSettingsBothStayEmptyUntilThereAreSome) {
     });
 }
 
-// The first calls race to build the defaults, which are built once; then
-// all threads use them at once.
 TEST(DefaultsThreads, ManyThreadsBuildTheDefaultsOnceAndShareThem) {
     ExpectPassesInFreshProcess([] {
         SettingsInstall({{kFolderKey, kCatalogueFolder}, {{L"common", L"languageid"}, Number(1031)}});
@@ -204,7 +180,7 @@ TEST(DefaultsThreads, ManyThreadsBuildTheDefaultsOnceAndShareThem) {
 }
 
 TEST(TranslationDictionary, MissingFileOrLineWithoutTabReadsNothing) {
-    const TempFolder folder;
+    const ScratchFolder folder;
     std::ofstream(folder.path / "names.rlg") << "m\tMeter\nkm Kilometer\n";
     XLMTranslDict dictionary;
     for (const fs::path& path : {folder.path / "names.rlg", folder.path / "missing.rlg"})
@@ -236,24 +212,6 @@ TEST(EnvironmentSettings, AnswerTheirThreeKeysAndNoOther) {
         EXPECT_FALSE(Ask(settings, kModeKey)) << malformed;
     }
     for (const char* name : {"QUANTOR_UNITS_DIR", "QUANTOR_CURRENCY_MODE", "QUANTOR_LANGUAGE_ID"}) unsetenv(name);
-}
-
-// The build tree holds the tests in <build>/tests and the library in <build>/src.
-TEST(EnvironmentSettings, UnsetFolderIsTheDataFolderBesideTheLibrary) {
-    unsetenv("QUANTOR_UNITS_DIR");
-    const fs::path library = fs::canonical("/proc/self/exe").parent_path().parent_path() / "src/libquantor.so";
-    void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(handle, nullptr) << dlerror();
-    using SetSettingsFactory = QtrSettingsFactory (*)(QtrSettingsFactory);
-    const auto set = reinterpret_cast<SetSettingsFactory>(
-        dlsym(handle, "_Z21QtrSetSettingsFactorySt8functionIFSt10unique_ptrI11QtrSettingsSt14default_deleteIS1_EEvEE"));
-    ASSERT_NE(set, nullptr);
-    QtrSettingsFactory factory = set(nullptr);
-    const auto folder = Ask(factory(), kFolderKey);
-    set(std::move(factory));  // put back, as the library may stay loaded
-    dlclose(handle);
-    ASSERT_TRUE(folder);
-    EXPECT_EQ(folder->str, Wide(fs::path(QUANTOR_TEST_DATA_DIR) / "unitsandcurrencies"));
 }
 
 }  // namespace

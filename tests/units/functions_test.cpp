@@ -29,12 +29,19 @@ bool RoundTrips(double value) {
            std::bit_cast<uint64_t>(read) == std::bit_cast<uint64_t>(value);
 }
 
-TEST_F(Functions, FindByExactNameAndDefaultUnits) {
+TEST_F(Functions, FindByExactNameAndDefaultUnitsAndValueStringsOfUnits) {
     ASSERT_NE(UnitSearch(L"km"), nullptr);
     EXPECT_EQ(UnitSearch(L"km")->Category(), CategorySearch(L"Length"));
     EXPECT_EQ(DefaultSurfaceUnitFromUnit(L"foot"), UnitSearch(L"km"));
     for (const wchar_t* noUnit : {L"Length", L"parsec", static_cast<const wchar_t*>(nullptr)})
         EXPECT_EQ(DefaultInternUnitNameFromUnit(noUnit), L"");
+    const QtrUnitBase *foot = UnitSearch(L"foot"), *unit = nullptr;
+    std::wstring text;
+    double value = 0.0;
+    ASSERT_TRUE(QtrAdminStd::UnitAndValueStringGen(foot, 3.0, text));
+    ASSERT_TRUE(QtrAdminStd::UnitAndValueGetFromString(unit, value, text.c_str()));
+    EXPECT_EQ(std::tie(unit, value), std::make_tuple(foot, 3.0));
+    EXPECT_FALSE(QtrAdminStd::UnitAndValueGetFromString(unit, value, L"u:Length i:3FF0000000000000"));
 }
 
 // A category as the source stands for its default internal unit; the target
@@ -91,16 +98,6 @@ TEST(ValueString, NamesShorterThanFourAndMalformedStringsAreRefused) {
     double value = 0.0;
     EXPECT_TRUE(QtrAdminStd::UnitAndValueGetFromString(name, value, L"i:3FF0000000000000 u:abcd n:ignored"));
     EXPECT_EQ(std::tie(name, value), std::make_tuple(std::wstring(L"abcd"), 1.0));
-}
-
-TEST_F(Functions, ValueStringOfAUnitReadsBackToIt) {
-    const QtrUnitBase *foot = UnitSearch(L"foot"), *unit = nullptr;
-    std::wstring text;
-    double value = 0.0;
-    ASSERT_TRUE(QtrAdminStd::UnitAndValueStringGen(foot, 3.0, text));
-    ASSERT_TRUE(QtrAdminStd::UnitAndValueGetFromString(unit, value, text.c_str()));
-    EXPECT_EQ(std::tie(unit, value), std::make_tuple(foot, 3.0));
-    EXPECT_FALSE(QtrAdminStd::UnitAndValueGetFromString(unit, value, L"u:Length i:3FF0000000000000"));
 }
 
 }  // namespace

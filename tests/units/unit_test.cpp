@@ -3,28 +3,18 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "quantor/category.h"
-#include "quantor/convinfo.h"
 #include "quantor/unit.h"
+#include "support/rules.h"
 #include "support/sink_capture.h"
 
 namespace {
 
 class UnitTest : public ::testing::Test {
 protected:
-    static QtrConvInfoStd* NewRule(const QtrUnitBase* target, const QtrUnitBase* source, double factor,
-                                   bool isExplicit = true, int pre = 0, int post = 0) {
-        auto* rule = new QtrConvInfoStd;
-        rule->SetUnits(target, source);
-        rule->SetFormula(factor, 0.0);
-        rule->SetExplicit(isExplicit);
-        rule->SetPreFmtshft(pre);
-        rule->SetPostFmtshft(post);
-        return rule;
-    }
-
     // Adds `rule` to `unit`; a rule not taken over stays with the caller and is freed here.
     static int Add(QtrUnitStd& unit, QtrConvInfoStd* rule) {
         const int code = unit.ConvInfoAdd(rule);
@@ -33,9 +23,7 @@ protected:
     }
 
     QtrCategoryStd length_{L"length", nullptr};
-    QtrUnitStd km_{&length_, L"km"};
-    QtrUnitStd m_{&length_, L"m"};
-    QtrUnitStd x_{&length_, L"x"};
+    QtrUnitStd km_{&length_, L"km"}, m_{&length_, L"m"}, x_{&length_, L"x"};
     LogCapture log_;
 };
 
@@ -59,8 +47,8 @@ TEST_F(UnitTest, ConvertsToItselfWithoutARuleAndElseThroughTheTargetsRule) {
 }
 
 TEST_F(UnitTest, FormatsItsOwnValuesWithoutShiftsAndOthersByTheirRule) {
-    ASSERT_EQ(Add(km_, NewRule(&km_, &km_, 1.0, true, 5, 5)), 1);
-    ASSERT_EQ(Add(km_, NewRule(&x_, &km_, 2.0, true, 1, -1)), 1);
+    ASSERT_EQ(Add(km_, NewRule(&km_, &km_, 1.0, 0.0, true, 5, 5)), 1);
+    ASSERT_EQ(Add(km_, NewRule(&x_, &km_, 2.0, 0.0, true, 1, -1)), 1);
     EXPECT_EQ(km_.FormatStringGen(L"km", 3, 2), L"%6.2f") << "the identity rule's shifts are not applied";
     EXPECT_EQ(km_.FormatStringGen(L"x", 3, 2), L"%6.1f");
     EXPECT_EQ(km_.FormatStringGen(L"yd", 3, 2), L"%g");
@@ -69,15 +57,15 @@ TEST_F(UnitTest, FormatsItsOwnValuesWithoutShiftsAndOthersByTheirRule) {
 }
 
 TEST_F(UnitTest, AnExplicitRuleDisplacesOnlyADerivedOne) {
-    QtrConvInfoStd* derived = NewRule(&m_, &km_, 999.0, false);
+    QtrConvInfoStd* derived = NewRule(&m_, &km_, 999.0, 0.0, false);
     EXPECT_EQ(Add(km_, derived), 1);
-    EXPECT_EQ(Add(km_, NewRule(&m_, &km_, 998.0, false)), 0);
+    EXPECT_EQ(Add(km_, NewRule(&m_, &km_, 998.0, 0.0, false)), 0);
     EXPECT_EQ(km_.ConvInfo(L"m"), derived);
 
     QtrConvInfoStd* explicitRule = NewRule(&m_, &km_, 1000.0);
     EXPECT_EQ(Add(km_, explicitRule), 1);
     EXPECT_EQ(Add(km_, NewRule(&m_, &km_, 1001.0)), 0);
-    EXPECT_EQ(Add(km_, NewRule(&m_, &km_, 1002.0, false)), 0);
+    EXPECT_EQ(Add(km_, NewRule(&m_, &km_, 1002.0, 0.0, false)), 0);
     EXPECT_EQ(km_.ConvInfo(L"m"), explicitRule);
 
     QtrConvInfoStd* replacement = NewRule(&m_, &km_, 2.0);
@@ -93,20 +81,17 @@ TEST_F(UnitTest, RefusesRulesThatDoNotStartHereOrLeaveTheCategory) {
     QtrUnitStd homeless(nullptr, L"km");
     const std::wstring incomplete = L"Unit_IsCompatible_ConvInfo: incomplete conv-info, pSrc or pTrgt == NULL\n";
     const std::wstring missing = L"Unit_IsCompatible_ConvInfo: category missing\n";
-    struct Case {
-        QtrUnitStd& unit;
-        const QtrUnitBase* target;
-        const QtrUnitBase* source;
-        std::wstring reason;
-    };
-    for (const Case& c : {Case{km_, &m_, nullptr, incomplete}, Case{km_, nullptr, &km_, incomplete},
-                          Case{km_, &x_, &m_, L"Unit_IsCompatible_ConvInfo: \"km\" != \"m\"\n"},
-                          Case{homeless, &m_, &homeless, missing}, Case{km_, &uncategorised, &km_, missing},
-                          Case{km_, &second, &km_, L"Unit_IsCompatible_ConvInfo: \"length\" != \"time\"\n"}}) {
+    // The unit, the rule's target and source, and why it is refused.
+    const std::tuple<QtrUnitStd&, const QtrUnitBase*, const QtrUnitBase*, std::wstring> cases[] = {
+        {km_, &m_, nullptr, incomplete}, {km_, nullptr, &km_, incomplete},
+        {km_, &x_, &m_, L"Unit_IsCompatible_ConvInfo: \"km\" != \"m\"\n"}, {homeless, &m_, &homeless, missing},
+        {km_, &uncategorised, &km_, missing},
+        {km_, &second, &km_, L"Unit_IsCompatible_ConvInfo: \"length\" != \"time\"\n"}};
+    for (const auto& [unit, target, source, reason] : cases) {
         log_.Clear();
-        EXPECT_EQ(Add(c.unit, NewRule(c.target, c.source, 1.0)), -1);
+        EXPECT_EQ(Add(unit, NewRule(target, source, 1.0)), -1);
         EXPECT_EQ(log_.Messages(),
-                  (std::vector<std::wstring>{c.reason, L"QtrUnitStd::ConvInfoAdd: incompatible conversion-info\n"}));
+                  (std::vector<std::wstring>{reason, L"QtrUnitStd::ConvInfoAdd: incompatible conversion-info\n"}));
     }
     EXPECT_EQ(km_.ConvInfo(L"m"), nullptr);
     // Names, not objects, decide.
