@@ -1,0 +1,63 @@
+// Names people type: resolves what a person typed to a unit or category of an
+// administration (the exact name, then a synonym of the active language or of
+// English, then a display name of the active translation, then a unique
+// case-insensitive match), and suggests the closest known names for a name
+// that resolves to nothing.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "quantor/export.h"
+#include "quantor/model.h"
+
+class QtrAdminStd;
+
+// How a typed name was found, from the most to the least exact.
+enum class QtrNameMatch { None, Exact, Synonym, DisplayName, CaseInsensitive };
+
+struct QtrResolvedName {
+    const QtrCategoryBase* category = nullptr;  // set when the name is a category's
+    const QtrUnitBase* unit = nullptr;          // set when the name is a unit's
+    QtrNameMatch match = QtrNameMatch::None;
+};
+
+class QUANTOR_API QtrNameResolver {
+public:
+    // Resolves names of `admin`, which must outlive the resolver; knows only
+    // the exact and case-insensitive names until language files are read.
+    explicit QtrNameResolver(const QtrAdminStd& admin);
+    QtrNameResolver(const QtrNameResolver&) = delete;
+    QtrNameResolver& operator=(const QtrNameResolver&) = delete;
+    ~QtrNameResolver();
+
+    // Reads the synonyms of `languageId` and of English (0x0409) and the
+    // display names of `languageId` from UnitSynonyms<id>.rlg and
+    // UnitAbbrevNames<id>.rlg, located like the translation files. False when
+    // a file that exists cannot be read; a missing file is no error.
+    bool LanguageLoad(uint16_t languageId);
+    // Adds one synonym file ("synonym<TAB>unit name" lines) or one display-name
+    // file ("unit name<TAB>display name" lines); false, adding nothing, when it
+    // is missing or malformed.
+    bool SynonymFileRead(const wchar_t* path);
+    bool DisplayNameFileRead(const wchar_t* path);
+
+    QtrResolvedName Resolve(const wchar_t* typed) const;
+    // Up to `most` known names closest to `typed` (edit distance at most 3),
+    // closest first.
+    std::vector<std::wstring> Suggest(const wchar_t* typed, std::size_t most = 5) const;
+
+private:
+    struct Tables;
+    const QtrAdminStd& admin_;
+    std::unique_ptr<Tables> tables_;
+};
+
+// The resolver of the default administration with the settings' language;
+// null while the default administration cannot be loaded.
+QUANTOR_API const QtrNameResolver* QtrNameResolverDefault();
+// Resolves through QtrNameResolverDefault(); no match when there is none.
+QUANTOR_API QtrResolvedName NameResolve(const wchar_t* typed);
