@@ -15,6 +15,9 @@
 #include "quantor/model.h"
 
 class QtrAdminStd;
+namespace quantor::detail {
+class NameTables;
+}
 
 // How a typed name was found, from the most to the least exact.
 enum class QtrNameMatch { None, Exact, Synonym, DisplayName, CaseInsensitive };
@@ -51,9 +54,10 @@ public:
     std::vector<std::wstring> Suggest(const wchar_t* typed, std::size_t most = 5) const;
 
 private:
-    struct Tables;
+    bool LanguageFileRead(const wchar_t* nameFormat, uint16_t languageId, bool synonyms);
+
     const QtrAdminStd& admin_;
-    std::unique_ptr<Tables> tables_;
+    std::unique_ptr<quantor::detail::NameTables> tables_;
 };
 
 // The resolver of the default administration with the settings' language;
