@@ -19,14 +19,16 @@ std::atomic<long> allocations{0};
 
 const std::wstring kFolder = quantor::detail::FromUtf8(QUANTOR_BENCH_DATA_DIR "/unitsandcurrencies/");
 
+const QtrAdminDscr& LoadedAdmin(QtrAdminDscr& admin) {
+    admin.Import_Parse((kFolder + L"unit_dscr.txt").c_str());
+    admin.Import_Parse((kFolder + L"curr_dscr_edy.txt").c_str());
+    return admin;
+}
+
 struct ShippedCatalogue {
     QtrAdminDscr admin;
-    QtrNameResolver resolver{admin};
+    QtrNameResolver resolver{LoadedAdmin(admin)};
     ShippedCatalogue() {
-        // The catalogue is read before the resolver's tables are rebuilt by
-        // the first language file, so they know every name.
-        admin.Import_Parse((kFolder + L"unit_dscr.txt").c_str());
-        admin.Import_Parse((kFolder + L"curr_dscr_edy.txt").c_str());
         resolver.SynonymFileRead((kFolder + L"UnitSynonyms0409.rlg").c_str());
         resolver.DisplayNameFileRead((kFolder + L"UnitAbbrevNames0407.rlg").c_str());
     }

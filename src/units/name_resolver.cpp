@@ -28,6 +28,18 @@ bool EntriesRead(const wchar_t* path, quantor::detail::RlgEntries& entries) {
     return !found.empty() && quantor::detail::RlgEntriesRead(found, entries);
 }
 
+using FileRead = bool (QtrNameResolver::*)(const wchar_t*);
+
+// Reads the file of `languageId` named by `nameFormat` if it exists; a file
+// that exists but cannot be read is reported.
+bool LanguageFileRead(QtrNameResolver& resolver, FileRead read, const wchar_t* nameFormat, uint16_t languageId) {
+    const std::wstring path = QtrFormat(nameFormat, languageId);
+    if (quantor::detail::RlgFileLocate(path).empty() || (resolver.*read)(path.c_str())) return true;
+    Error_Report(kSrcUnitsStd, __LINE__, L"QtrNameResolver::LanguageLoad(%04x): cannot read \"%s\"\n", languageId,
+                 path);
+    return false;
+}
+
 }  // namespace
 
 QtrNameResolver::QtrNameResolver(const QtrAdminStd& admin)
@@ -49,22 +61,13 @@ bool QtrNameResolver::DisplayNameFileRead(const wchar_t* path) {
     return true;
 }
 
-// Reads the file of `languageId` named by `nameFormat` if it exists; a file
-// that exists but cannot be read is reported.
-bool QtrNameResolver::LanguageFileRead(const wchar_t* nameFormat, uint16_t languageId, bool synonyms) {
-    const std::wstring path = QtrFormat(nameFormat, languageId);
-    if (quantor::detail::RlgFileLocate(path).empty()) return true;
-    if (synonyms ? SynonymFileRead(path.c_str()) : DisplayNameFileRead(path.c_str())) return true;
-    Error_Report(kSrcUnitsStd, __LINE__, L"QtrNameResolver::LanguageLoad(%04x): cannot read \"%s\"\n", languageId,
-                 path);
-    return false;
-}
-
 bool QtrNameResolver::LanguageLoad(uint16_t languageId) {
     // The active language's synonyms are read first, so they win a clash.
-    bool allRead = LanguageFileRead(L"UnitSynonyms%04x.rlg", languageId, true);
-    if (languageId != kEnglish) allRead &= LanguageFileRead(L"UnitSynonyms%04x.rlg", kEnglish, true);
-    allRead &= LanguageFileRead(L"UnitAbbrevNames%04x.rlg", languageId, false);
+    const wchar_t* const synonyms = L"UnitSynonyms%04x.rlg";
+    bool allRead = LanguageFileRead(*this, &QtrNameResolver::SynonymFileRead, synonyms, languageId);
+    if (languageId != kEnglish)
+        allRead &= LanguageFileRead(*this, &QtrNameResolver::SynonymFileRead, synonyms, kEnglish);
+    allRead &= LanguageFileRead(*this, &QtrNameResolver::DisplayNameFileRead, L"UnitAbbrevNames%04x.rlg", languageId);
     return allRead;
 }
 

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -44,24 +45,24 @@ protected:
         CategoryAdd(admin, L"Letters", {L"abcd", L"abce", L"abxy", L"wxyz", L"qqqqqq"});
         const std::filesystem::path synonyms = scratch.path / "synonyms.rlg";
         std::ofstream(synonyms) << "abcf\tabxy\n";
-        ASSERT_TRUE(resolver.SynonymFileRead(synonyms.wstring().c_str()));
+        ASSERT_TRUE(resolver.emplace(admin).SynonymFileRead(synonyms.wstring().c_str()));
     }
     ScratchFolder scratch;
     QtrAdminStd admin;
-    QtrNameResolver resolver{admin};
+    std::optional<QtrNameResolver> resolver;
 };
 
 // abcf (one edit, a synonym) stands for abxy (two edits); wxyz is three
 // edits away and qqqqqq more.
 TEST_F(NameSuggestions, ClosestFirstExactNamesBeforeSynonymsEachUnitOnce) {
-    EXPECT_EQ(resolver.Suggest(L"abcz"), (Names{L"abcd", L"abce", L"abcf", L"wxyz"}));
-    EXPECT_EQ(resolver.Suggest(L"ABCZ"), resolver.Suggest(L"abcz"));
-    EXPECT_EQ(resolver.Suggest(L"abcz", 2), (Names{L"abcd", L"abce"}));
-    EXPECT_EQ(resolver.Suggest(L"bacd", 1), (Names{L"abcd"}));
-    EXPECT_EQ(resolver.Suggest(L"qqqq"), (Names{L"qqqqqq"}));
-    EXPECT_EQ(resolver.Suggest(L"zzzzzzzz"), Names{});
-    EXPECT_EQ(resolver.Suggest(L""), Names{});
-    EXPECT_EQ(resolver.Suggest(nullptr), Names{});
+    EXPECT_EQ(resolver->Suggest(L"abcz"), (Names{L"abcd", L"abce", L"abcf", L"wxyz"}));
+    EXPECT_EQ(resolver->Suggest(L"ABCZ"), resolver->Suggest(L"abcz"));
+    EXPECT_EQ(resolver->Suggest(L"abcz", 2), (Names{L"abcd", L"abce"}));
+    EXPECT_EQ(resolver->Suggest(L"bacd", 1), (Names{L"abcd"}));
+    EXPECT_EQ(resolver->Suggest(L"qqqq"), (Names{L"qqqqqq"}));
+    EXPECT_EQ(resolver->Suggest(L"zzzzzzzz"), Names{});
+    EXPECT_EQ(resolver->Suggest(L""), Names{});
+    EXPECT_EQ(resolver->Suggest(nullptr), Names{});
 }
 
 // A name that is ambiguous only in case suggests every name it could mean.

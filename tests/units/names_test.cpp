@@ -10,6 +10,7 @@
 #include <clocale>
 #include <cstdlib>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -75,7 +76,7 @@ protected:
               "distance\tLength\n"
               "hour\th\n");
         Write("UnitAbbrevNames0407.rlg", "ft\tFuß\ndegC\t°C\nh\tStd\ns\tSek\nmin\tSek\nin\tZoll\n");
-        ASSERT_TRUE(resolver.LanguageLoad(0x0407));
+        ASSERT_TRUE(german.emplace(admin).LanguageLoad(0x0407));
     }
     void TearDown() override { QtrSetSettingsFactory(std::move(previous)); }
 
@@ -86,7 +87,7 @@ protected:
     QtrSettingsFactory previous;
     QtrAdminStd admin;
     const QtrCategoryStd* length = nullptr;
-    QtrNameResolver resolver{admin};
+    std::optional<QtrNameResolver> german;
 };
 
 using Expected = std::tuple<const wchar_t*, const wchar_t*, QtrNameMatch>;
@@ -117,17 +118,17 @@ TEST_F(NameResolution, EachStageFindsItsNamesInOrder) {
         {L"m ", nullptr, QtrNameMatch::None},
     };
     for (const auto& [typed, unitName, match] : cases) {
-        const QtrResolvedName resolved = resolver.Resolve(typed);
+        const QtrResolvedName resolved = german->Resolve(typed);
         EXPECT_EQ(resolved.unit, unitName ? Unit(unitName) : nullptr) << typed;
         EXPECT_EQ(resolved.category, nullptr) << typed;
         EXPECT_EQ(resolved.match, match) << typed;
     }
-    EXPECT_EQ(resolver.Resolve(nullptr).match, QtrNameMatch::None);
+    EXPECT_EQ(german->Resolve(nullptr).match, QtrNameMatch::None);
 }
 
 TEST_F(NameResolution, ExactNamesBeatSynonymsAndTheActiveLanguageBeatsEnglish) {
-    EXPECT_EQ(resolver.Resolve(L"km").unit, Unit(L"km"));  // also an English synonym of m
-    EXPECT_EQ(resolver.Resolve(L"Grad").unit, Unit(L"degC"));
+    EXPECT_EQ(german->Resolve(L"km").unit, Unit(L"km"));  // also an English synonym of m
+    EXPECT_EQ(german->Resolve(L"Grad").unit, Unit(L"degC"));
     QtrNameResolver english(admin);
     ASSERT_TRUE(english.LanguageLoad(0x0409));
     EXPECT_EQ(english.Resolve(L"Grad").unit, Unit(L"gon"));
@@ -141,7 +142,7 @@ TEST_F(NameResolution, CategoriesResolveLikeUnits) {
                                                               {L"length", QtrNameMatch::CaseInsensitive},
                                                               {L"DISTANCE", QtrNameMatch::CaseInsensitive}};
     for (const auto& [typed, match] : cases) {
-        const QtrResolvedName resolved = resolver.Resolve(typed);
+        const QtrResolvedName resolved = german->Resolve(typed);
         EXPECT_EQ(resolved.category, length) << typed;
         EXPECT_EQ(resolved.unit, nullptr) << typed;
         EXPECT_EQ(resolved.match, match) << typed;
@@ -160,7 +161,7 @@ TEST_F(NameResolution, KnowsOnlyExactAndCaseInsensitiveNamesWithoutLanguageFiles
 TEST_F(NameResolution, CaseFoldingIgnoresTheProcessLocale) {
     const std::string before = std::setlocale(LC_ALL, nullptr);
     ASSERT_NE(std::setlocale(LC_ALL, "tr_TR.UTF-8"), nullptr);
-    const QtrResolvedName resolved = resolver.Resolve(L"MIN");
+    const QtrResolvedName resolved = german->Resolve(L"MIN");
     std::setlocale(LC_ALL, before.c_str());
     EXPECT_EQ(resolved.unit, Unit(L"min"));
 }
@@ -191,9 +192,9 @@ TEST_F(NameResolution, LanguageFilesThatAreMissingOrMalformed) {
 TEST_F(NameResolution, ResolvesFromManyThreadsAtOnce) {
     const std::vector<const wchar_t*> typed = {L"km", L"Meter", L"metre", L"Fuß", L"KM", L"mw", L"ω", L"nothing"};
     std::vector<QtrResolvedName> expected;
-    for (const wchar_t* name : typed) expected.push_back(resolver.Resolve(name));
-    const std::vector<std::wstring> expectedSuggestions = resolver.Suggest(L"kilometr");
-    const QtrNameResolver& shared = resolver;
+    for (const wchar_t* name : typed) expected.push_back(german->Resolve(name));
+    const std::vector<std::wstring> expectedSuggestions = german->Suggest(L"kilometr");
+    const QtrNameResolver& shared = *german;
     std::vector<int> mismatches(8, 0);
     std::vector<std::thread> threads;
     for (int& count : mismatches)
