@@ -23,9 +23,7 @@ QtrResolvedName Resolved(NameTarget target, QtrNameMatch match) {
 
 // The entries of the file at `path`; false when it is missing or malformed.
 bool EntriesRead(const wchar_t* path, quantor::detail::RlgEntries& entries) {
-    if (!path) return false;
-    const std::wstring found = quantor::detail::RlgFileLocate(path);
-    return !found.empty() && quantor::detail::RlgEntriesRead(found, entries);
+    return path && quantor::detail::RlgFileRead(path, entries);
 }
 
 using FileRead = bool (QtrNameResolver::*)(const wchar_t*);

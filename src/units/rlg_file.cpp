@@ -55,4 +55,9 @@ bool RlgEntriesRead(const std::wstring& found, RlgEntries& entries) {
     return true;
 }
 
+bool RlgFileRead(const std::wstring& path, RlgEntries& entries) {
+    const std::wstring found = RlgFileLocate(path);
+    return !found.empty() && RlgEntriesRead(found, entries);
+}
+
 }  // namespace quantor::detail

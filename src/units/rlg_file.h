@@ -20,4 +20,7 @@ std::wstring RlgFileLocate(const std::wstring& path);
 // be read or a line that is neither blank nor a '#' comment has no TAB.
 bool RlgEntriesRead(const std::wstring& found, RlgEntries& entries);
 
+// RlgFileLocate, then RlgEntriesRead; false also when the file is not found.
+bool RlgFileRead(const std::wstring& path, RlgEntries& entries);
+
 }  // namespace quantor::detail

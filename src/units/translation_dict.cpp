@@ -10,9 +10,8 @@
 
 bool XLMTranslDict::RLGFileRead(const wchar_t* path, bool /*flag*/) {
     if (!path) return false;
-    const std::wstring found = quantor::detail::RlgFileLocate(path);
     quantor::detail::RlgEntries read;
-    if (found.empty() || !quantor::detail::RlgEntriesRead(found, read)) return false;
+    if (!quantor::detail::RlgFileRead(path, read)) return false;
     for (auto& [name, translation] : read) entries_.insert_or_assign(std::move(name), std::move(translation));
     return true;
 }
