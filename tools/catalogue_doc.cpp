@@ -12,34 +12,15 @@
 
 #include <quantor/quantor.h>
 
+#include "etc/utf8.h"
+
 namespace {
 
 const char* const kLanguages[][2] = {{"0409", "English"}, {"0407", "German"}, {"040c", "French"}, {"0c0a", "Spanish"}};
 
-std::string Utf8(const std::wstring& text) {
-    std::string out;
-    for (const wchar_t wide : text) {
-        const auto c = static_cast<unsigned long>(wide);
-        if (c < 0x80) {
-            out += static_cast<char>(c);
-        } else if (c < 0x800) {
-            out += static_cast<char>(0xC0 | (c >> 6));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        } else if (c < 0x10000) {
-            out += static_cast<char>(0xE0 | (c >> 12));
-            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        } else {
-            out += static_cast<char>(0xF0 | (c >> 18));
-            out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-            out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        }
-    }
-    return out;
-}
+std::string Utf8(const std::wstring& text) { return quantor::detail::ToUtf8(text); }
 
-std::wstring Wide(const std::string& ascii) { return std::wstring(ascii.begin(), ascii.end()); }
+std::wstring Wide(const std::string& path) { return quantor::detail::FromUtf8(path); }
 
 // The shortest decimal text that reads back to the same double.
 std::string Number(double value) {
