@@ -2,11 +2,16 @@
 // default units and completes the conversion rules between its units.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "quantor/model.h"
+
+class QtrAdminStd;
 
 class QUANTOR_API QtrCategoryStd : public QtrCategoryBase {
 public:
@@ -31,11 +36,15 @@ public:
     void UnitNames(std::vector<std::wstring>& out) const override;
     void UnitPtrs(std::vector<const QtrUnitBase*>& out) const override;
     // Finds a unit of this category through the administration's name index;
-    // a category without an administration finds none.
+    // a category without an administration finds none. Until the
+    // administration holds the category, its units are not in that index but
+    // are found as if they were: each name that the index does not hold.
     const QtrUnitBase* Unit(const wchar_t* unitName) const override;
 
     // 1: taken over; 0: a unit of that name is present, caller keeps `unit`;
-    // -1: incompatible, reported, caller keeps `unit`.
+    // -1: incompatible, reported, caller keeps `unit`. The administration
+    // that holds the category indexes the unit at once; one that does not
+    // hold it yet indexes it when it takes the category over.
     int UnitAdd(const QtrUnitBase* unit);
     // Derives identity, inverse and chained rules until every unit converts
     // into every other; false (with what was added kept) when that fails.
@@ -47,13 +56,25 @@ public:
     const QtrDateTime& DateStamp() const { return date_; }
 
 private:
+    friend class QtrAdminStd;
+
+    // Whether `unit` is one of this category's units.
+    bool Holds(const QtrUnitBase* unit) const;
     void Clear();
+
+    struct NameHash {
+        using is_transparent = void;
+        size_t operator()(std::wstring_view name) const noexcept { return std::hash<std::wstring_view>{}(name); }
+    };
 
     std::wstring name_;
     // Owned and changeable: the category completes its units' rules.
     std::vector<std::unique_ptr<QtrUnitBase>> units_;
+    std::unordered_map<std::wstring, const QtrUnitBase*, NameHash, std::equal_to<>> unitsByName_;
     const QtrUnitBase* defaultIntern_ = nullptr;
     const QtrUnitBase* defaultSurface_ = nullptr;
     const QtrAdminBase* admin_;
     QtrDateTime date_;
+    // The administration that took the category over and owns it; null until then.
+    QtrAdminStd* holder_ = nullptr;
 };
