@@ -82,18 +82,17 @@ private:
     // Indexes a unit of a category held here, unless this administration is
     // published.
     void IndexUnit(const QtrUnitBase* unit);
+    // Indexes every unit of a category held here, in the category's order.
+    void IndexUnits(const QtrCategoryBase& category);
 
     struct IndexEntry {
         const QtrCategoryBase* category = nullptr;
         const QtrUnitBase* unit = nullptr;
     };
-    struct NameHash {
-        using is_transparent = void;
-        size_t operator()(std::wstring_view name) const noexcept { return std::hash<std::wstring_view>{}(name); }
-    };
-
     std::vector<std::unique_ptr<QtrCategoryBase>> categories_;
-    std::unordered_map<std::wstring, IndexEntry, NameHash, std::equal_to<>> index_;
+    // Keyed by views of the names that the held categories and units keep,
+    // which live exactly as long as the entries.
+    std::unordered_map<std::wstring_view, IndexEntry> index_;
     std::unordered_set<const QtrCategoryBase*> held_;
     bool valid_ = false;
     // Set once the administration is handed out as the process-wide default:

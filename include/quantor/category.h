@@ -2,7 +2,6 @@
 // default units and completes the conversion rules between its units.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -62,15 +61,11 @@ private:
     bool Holds(const QtrUnitBase* unit) const;
     void Clear();
 
-    struct NameHash {
-        using is_transparent = void;
-        size_t operator()(std::wstring_view name) const noexcept { return std::hash<std::wstring_view>{}(name); }
-    };
-
     std::wstring name_;
     // Owned and changeable: the category completes its units' rules.
     std::vector<std::unique_ptr<QtrUnitBase>> units_;
-    std::unordered_map<std::wstring, const QtrUnitBase*, NameHash, std::equal_to<>> unitsByName_;
+    // The units by the names they keep.
+    std::unordered_map<std::wstring_view, const QtrUnitBase*> unitsByName_;
     const QtrUnitBase* defaultIntern_ = nullptr;
     const QtrUnitBase* defaultSurface_ = nullptr;
     const QtrAdminBase* admin_;

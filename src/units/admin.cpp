@@ -43,14 +43,13 @@ bool QtrAdminStd::Categ_Add(QtrCategoryBase* category) {
     if (own && own->holder_) return true;
     categories_.emplace_back(category);
     held_.insert(category);
-    if (own) {
-        own->holder_ = this;
-        // Units added while the category was built against this
-        // administration claim their names before the category does.
-        if (own->AdminPtr() == this)
-            for (const auto& unit : own->units_) IndexUnit(unit.get());
-    }
-    FastfindCategAdd(category);
+    if (own) own->holder_ = this;
+    // Units added while the category was built against this administration
+    // claim their names before the category does.
+    const bool builtHere = own && own->AdminPtr() == this;
+    if (builtHere) IndexUnits(*own);
+    if (index_.try_emplace(category->Name(), IndexEntry{category, nullptr}).second && !builtHere)
+        IndexUnits(*category);
     return true;
 }
 

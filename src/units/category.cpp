@@ -86,15 +86,15 @@ void QtrCategoryStd::UnitPtrs(std::vector<const QtrUnitBase*>& out) const {
 }
 
 int QtrCategoryStd::UnitAdd(const QtrUnitBase* unit) {
-    if (unit && unitsByName_.contains(unit->Name())) return 0;
+    if (unit && !unitsByName_.try_emplace(unit->Name(), unit).second) return 0;
     if (!IsCompatible(name_, unit)) {
+        if (unit) unitsByName_.erase(unit->Name());
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrCategoryStd::UnitAdd(.): incompatible unit\n");
         return -1;
     }
     // The category takes the unit over and later completes its rules. Units
     // are created non-const by their makers, so the owner may change them.
     units_.emplace_back(const_cast<QtrUnitBase*>(unit));
-    unitsByName_.emplace(unit->Name(), unit);
     if (holder_) holder_->IndexUnit(unit);
     return 1;
 }

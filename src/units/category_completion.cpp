@@ -118,7 +118,6 @@ public:
 
     bool Run() {
         if (n_ == 0) return true;
-        IndexNames();
         CollectLinks();
         if (!AddIdentitiesAndInverses()) return false;
         if (LinkedPairCount() == n_ * (n_ - 1) / 2) return true;
@@ -132,15 +131,13 @@ private:
         return units_[source]->ConvInfo(units_[target]);
     }
 
-    void IndexNames() {
-        names_.reserve(n_);
-        for (std::size_t i = 0; i < n_; ++i) names_.try_emplace(units_[i]->Name(), i);
-    }
-
     // The unit a rule leads to, as an index, or kNone for a unit outside.
-    std::size_t TargetIndex(const QtrConvInfoBase* rule) const {
+    // The names are indexed on first use: units without rules need none.
+    std::size_t TargetIndex(const QtrConvInfoBase* rule) {
         const QtrUnitBase* target = rule ? rule->TrgtUnit() : nullptr;
         if (!target) return kNone;
+        if (names_.empty())
+            for (std::size_t i = 0; i < n_; ++i) names_.try_emplace(units_[i]->Name(), i);
         const auto found = names_.find(target->Name());
         return found == names_.end() ? kNone : found->second;
     }

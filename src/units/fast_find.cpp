@@ -31,10 +31,14 @@ void QtrAdminStd::FastfindUnitAdd(const QtrUnitBase* unit) {
     if (!own || own->Holds(unit)) IndexUnit(unit);
 }
 
+void QtrAdminStd::IndexUnits(const QtrCategoryBase& category) {
+    std::vector<const QtrUnitBase*> units;
+    category.UnitPtrs(units);
+    index_.reserve(index_.size() + units.size());
+    for (const QtrUnitBase* unit : units) IndexUnit(unit);
+}
+
 void QtrAdminStd::FastfindCategAdd(const QtrCategoryBase* category) {
     if (!held_.contains(category) || published_) return;
-    if (!index_.try_emplace(category->Name(), IndexEntry{category, nullptr}).second) return;
-    std::vector<const QtrUnitBase*> units;
-    category->UnitPtrs(units);
-    for (const QtrUnitBase* unit : units) IndexUnit(unit);
+    if (index_.try_emplace(category->Name(), IndexEntry{category, nullptr}).second) IndexUnits(*category);
 }
