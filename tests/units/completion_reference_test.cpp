@@ -246,7 +246,7 @@ Outcome CompleteWith(uint32_t seed, Complete complete) {
 
 TEST(CompletionReference, RandomCategoriesCompleteExactlyAsTheReference) {
     std::size_t failures = 0, messages = 0;
-    for (uint32_t seed = 1; seed <= 4000; ++seed) {
+    for (uint32_t seed = 1; seed <= 1500; ++seed) {
         const Outcome expected = CompleteWith(seed, [](RandomCategory& random) {
             return ReferenceCompletion(random.units).Run();
         });
@@ -260,8 +260,8 @@ TEST(CompletionReference, RandomCategoriesCompleteExactlyAsTheReference) {
         messages += expected.messages.size();
     }
     // The draws reach the failures, not only clean completions.
-    EXPECT_GT(failures, 1000u);
-    EXPECT_GT(messages, 4000u);
+    EXPECT_GT(failures, 400u) << failures;
+    EXPECT_GT(messages, 1500u) << messages;
 }
 
 }  // namespace
