@@ -4,6 +4,7 @@
 // completion and printing live in their own files.
 #include "quantor/category.h"
 
+#include <cstdint>
 #include <cwchar>
 #include <string_view>
 
@@ -46,7 +47,8 @@ QtrCategoryStd::QtrCategoryStd(const wchar_t* name, const QtrAdminBase* admin)
 QtrCategoryStd::~QtrCategoryStd() { Clear(); }
 
 void QtrCategoryStd::Clear() {
-    unitsByName_.clear();
+    unitIndex_.Clear();
+    unitNames_.clear();
     units_.clear();
     defaultIntern_ = nullptr;
     defaultSurface_ = nullptr;
@@ -66,14 +68,16 @@ const QtrUnitBase* QtrCategoryStd::Unit(const wchar_t* unitName) const {
     const QtrUnitBase* unit = nullptr;
     if (index->FastFind(unitName, category, unit) || holder_ == index)
         return unit && unit->Category() == this ? unit : nullptr;
-    const auto own = unitsByName_.find(std::wstring_view(unitName));
-    return own == unitsByName_.end() ? nullptr : own->second;
+    return OwnUnit(unitName);
 }
 
-bool QtrCategoryStd::Holds(const QtrUnitBase* unit) const {
-    const auto own = unit ? unitsByName_.find(unit->Name()) : unitsByName_.end();
-    return own != unitsByName_.end() && own->second == unit;
+const QtrUnitBase* QtrCategoryStd::OwnUnit(std::wstring_view unitName) const {
+    const std::uint32_t position =
+        unitIndex_.Find(unitName, [this](std::uint32_t at) { return unitNames_[at]; });
+    return position == quantor::detail::NameIndex::kNotFound ? nullptr : units_[position].get();
 }
+
+bool QtrCategoryStd::Holds(const QtrUnitBase* unit) const { return unit && OwnUnit(unit->Name()) == unit; }
 
 void QtrCategoryStd::UnitNames(std::vector<std::wstring>& out) const {
     out.clear();
@@ -86,14 +90,16 @@ void QtrCategoryStd::UnitPtrs(std::vector<const QtrUnitBase*>& out) const {
 }
 
 int QtrCategoryStd::UnitAdd(const QtrUnitBase* unit) {
-    if (unit && !unitsByName_.try_emplace(unit->Name(), unit).second) return 0;
+    const std::wstring_view unitName = unit ? std::wstring_view(unit->Name()) : std::wstring_view();
+    if (unit && OwnUnit(unitName)) return 0;
     if (!IsCompatible(name_, unit)) {
-        if (unit) unitsByName_.erase(unit->Name());
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrCategoryStd::UnitAdd(.): incompatible unit\n");
         return -1;
     }
     // The category takes the unit over and later completes its rules. Units
     // are created non-const by their makers, so the owner may change them.
+    unitIndex_.Append(unitName, [this](std::uint32_t at) { return unitNames_[at]; });
+    unitNames_.push_back(unitName);
     units_.emplace_back(const_cast<QtrUnitBase*>(unit));
     if (holder_) holder_->IndexUnit(unit);
     return 1;
