@@ -18,7 +18,10 @@
 
 namespace {
 
-std::wstring NameText(const X_ParsNode* node) { return node ? node->Name() : std::wstring(); }
+const std::wstring& NameText(const X_ParsNode* node) {
+    static const std::wstring kNoName;
+    return node ? node->Name() : kNoName;
+}
 
 // The administration keeps its categories, and a category its units, as
 // changeable objects and shows them const; the actions go on filling them.
@@ -174,14 +177,16 @@ void Cat_DefaultSurface(X_ActionState& state, X_ParsNodePtr name) {
 }
 
 void Unit_Begin(X_ActionState& state, X_ParsNodePtr name, X_ParsNodePtr /*value*/) {
-    const std::wstring unitName = NameText(name.get());
+    const std::wstring& unitName = NameText(name.get());
     const X_Place place = PlaceOf(name.get());
     const QtrUnitBase* held = state.category->Unit(unitName.c_str());
     if (!held) UnitNameCheck(state.admin, unitName, place);
     auto unit = std::make_unique<QtrUnitStd>(state.category, unitName.c_str());
     const int added = state.category->UnitAdd(unit.get());
     if (added > 0) {
-        state.places.units[unit.release()] = place;
+        // Places serve only the findings, so they are kept only for a collector.
+        if (ParseState_Current().findings.IsCollecting()) state.places.units[unit.get()] = place;
+        unit.release();
     } else if (added == 0 && held) {
         UnitRedeclared(state.places, *state.category, *held, place);
     } else if (added < 0) {
