@@ -13,10 +13,6 @@
 
 namespace {
 
-// The administration whose name index the category uses, or null when it has
-// none of this library's kind.
-const QtrAdminStd* IndexOf(const QtrAdminBase* admin) { return dynamic_cast<const QtrAdminStd*>(admin); }
-
 bool NamesEqual(const wchar_t* a, const wchar_t* b) { return std::wcscmp(a, b) == 0; }
 
 // Whether a unit fits the category named `categoryName`, with a report when
@@ -42,7 +38,7 @@ bool IsCompatible(const std::wstring& categoryName, const QtrUnitBase* unit) {
 }  // namespace
 
 QtrCategoryStd::QtrCategoryStd(const wchar_t* name, const QtrAdminBase* admin)
-    : name_(name ? name : L""), admin_(admin) {}
+    : name_(name ? name : L""), admin_(admin), index_(dynamic_cast<const QtrAdminStd*>(admin)) {}
 
 QtrCategoryStd::~QtrCategoryStd() { Clear(); }
 
@@ -62,11 +58,10 @@ const std::wstring& QtrCategoryStd::Name() const {
 }
 
 const QtrUnitBase* QtrCategoryStd::Unit(const wchar_t* unitName) const {
-    const QtrAdminStd* index = IndexOf(admin_);
-    if (!index || !unitName) return nullptr;
+    if (!index_ || !unitName) return nullptr;
     const QtrCategoryBase* category = nullptr;
     const QtrUnitBase* unit = nullptr;
-    if (index->FastFind(unitName, category, unit) || holder_ == index)
+    if (index_->FastFind(unitName, category, unit) || holder_ == index_)
         return unit && unit->Category() == this ? unit : nullptr;
     return OwnUnit(unitName);
 }
