@@ -4,6 +4,7 @@
 // category or unit stays out of the index, and so does a category named like
 // an earlier unit, together with all its units. Only what the administration
 // holds is indexed, so no entry can outlive the category or unit it names.
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -46,7 +47,11 @@ void QtrAdminStd::FastfindUnitAdd(const QtrUnitBase* unit) {
 void QtrAdminStd::IndexUnits(const QtrCategoryBase& category) {
     std::vector<const QtrUnitBase*> units;
     category.UnitPtrs(units);
-    indexByName_.Reserve(index_.size() + units.size(), [this](std::uint32_t at) { return index_[at].name; });
+    // Room for the whole category at once, yet growing at least twofold, so
+    // that categories of a few units each still cost constant time apiece.
+    const std::size_t count = index_.size() + units.size();
+    if (count > index_.capacity()) index_.reserve(std::max(count, 2 * index_.capacity()));
+    indexByName_.Reserve(count, [this](std::uint32_t at) { return index_[at].name; });
     for (const QtrUnitBase* unit : units) IndexUnit(unit);
 }
 
