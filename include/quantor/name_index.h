@@ -18,8 +18,7 @@ namespace quantor::detail {
 // need no memory of their own; beyond that, an open-addressing table with
 // linear probing holds 8 bytes per slot (a 32-bit hash of the name and the
 // position), so a probe reads a name only when the hashes agree. The table
-// doubles when it is half full (so that a name it does not hold is
-// told after about two probes) and never forgets a position.
+// doubles when it is three quarters full and never forgets a position.
 class QUANTOR_API NameIndex {
 public:
     static constexpr std::uint32_t kNotFound = 0xffffffffu;
