@@ -6,11 +6,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 #include "quantor/model.h"
-#include "quantor/name_index.h"
 
 class XLMTranslDict;
 
@@ -84,26 +84,15 @@ private:
     void IndexUnit(const QtrUnitBase* unit);
     // Indexes every unit of a category held here, in the category's order.
     void IndexUnits(const QtrCategoryBase& category);
-    // Indexes a held category under its name; false when the name is indexed.
-    bool IndexCategory(const QtrCategoryBase* category);
 
-    // A name with what it names: exactly one of the two pointers is set. The
-    // name is a view of the one that the held category or unit keeps, which
-    // lives exactly as long as the entry.
     struct IndexEntry {
-        std::wstring_view name;
         const QtrCategoryBase* category = nullptr;
         const QtrUnitBase* unit = nullptr;
     };
-    // Adds the entry unless its name is indexed; false then.
-    bool IndexEntryAdd(const IndexEntry& entry);
-    // The entry of that name, or null.
-    const IndexEntry* IndexEntryFind(std::wstring_view name) const;
-
     std::vector<std::unique_ptr<QtrCategoryBase>> categories_;
-    // The name index: entries in the order they were added, found by name.
-    std::vector<IndexEntry> index_;
-    quantor::detail::NameIndex indexByName_;
+    // Keyed by views of the names that the held categories and units keep,
+    // which live exactly as long as the entries.
+    std::unordered_map<std::wstring_view, IndexEntry> index_;
     std::unordered_set<const QtrCategoryBase*> held_;
     bool valid_ = false;
     // Set once the administration is handed out as the process-wide default:

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "quantor/model.h"
-#include "quantor/name_index.h"
+#include "quantor/position_index.h"
 
 class QtrAdminStd;
 
@@ -68,7 +68,7 @@ private:
     std::vector<std::unique_ptr<QtrUnitBase>> units_;
     // The names the units keep, by position in units_, and their index.
     std::vector<std::wstring_view> unitNames_;
-    quantor::detail::NameIndex unitIndex_;
+    quantor::detail::PositionIndex unitIndex_;
     const QtrUnitBase* defaultIntern_ = nullptr;
     const QtrUnitBase* defaultSurface_ = nullptr;
     const QtrAdminBase* admin_;

@@ -10,7 +10,7 @@
 
 #include "quantor/export.h"
 #include "quantor/model.h"
-#include "quantor/name_index.h"
+#include "quantor/position_index.h"
 
 namespace quantor::detail {
 
@@ -42,11 +42,11 @@ public:
 
 private:
     std::wstring_view KeyAt(std::uint32_t position) const;
-    // The position of the rule kept under `key`, or NameIndex::kNotFound.
+    // The position of the rule kept under `key`, or PositionIndex::kNotFound.
     std::uint32_t PositionOf(std::wstring_view key) const;
 
     std::vector<const QtrConvInfoBase*> rules_;
-    NameIndex index_;
+    PositionIndex index_;
     // Keys that differ from the target's name of the rule they hold, by
     // position: only after Replace with a rule to another target.
     std::vector<std::pair<std::uint32_t, std::wstring>> storedKeys_;

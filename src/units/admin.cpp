@@ -48,7 +48,8 @@ bool QtrAdminStd::Categ_Add(QtrCategoryBase* category) {
     // claim their names before the category does.
     const bool builtHere = own && own->AdminPtr() == this;
     if (builtHere) IndexUnits(*own);
-    if (IndexCategory(category) && !builtHere) IndexUnits(*category);
+    if (index_.try_emplace(category->Name(), IndexEntry{category, nullptr}).second && !builtHere)
+        IndexUnits(*category);
     return true;
 }
 

@@ -69,7 +69,7 @@ const QtrUnitBase* QtrCategoryStd::Unit(const wchar_t* unitName) const {
 const QtrUnitBase* QtrCategoryStd::OwnUnit(std::wstring_view unitName) const {
     const std::uint32_t position =
         unitIndex_.Find(unitName, [this](std::uint32_t at) { return unitNames_[at]; });
-    return position == quantor::detail::NameIndex::kNotFound ? nullptr : units_[position].get();
+    return position == quantor::detail::PositionIndex::kNotFound ? nullptr : units_[position].get();
 }
 
 bool QtrCategoryStd::Holds(const QtrUnitBase* unit) const { return unit && OwnUnit(unit->Name()) == unit; }

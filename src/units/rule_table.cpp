@@ -21,12 +21,12 @@ std::uint32_t RuleTable::PositionOf(std::wstring_view key) const {
 
 const QtrConvInfoBase* RuleTable::Find(std::wstring_view key) const {
     const std::uint32_t position = PositionOf(key);
-    return position == NameIndex::kNotFound ? nullptr : rules_[position];
+    return position == PositionIndex::kNotFound ? nullptr : rules_[position];
 }
 
 bool RuleTable::Insert(const QtrConvInfoBase* rule) {
     const std::wstring_view key = rule->TrgtUnit()->Name();
-    if (PositionOf(key) != NameIndex::kNotFound) return false;
+    if (PositionOf(key) != PositionIndex::kNotFound) return false;
     index_.Append(key, [this](std::uint32_t position) { return KeyAt(position); });
     rules_.push_back(rule);
     return true;
@@ -34,7 +34,7 @@ bool RuleTable::Insert(const QtrConvInfoBase* rule) {
 
 const QtrConvInfoBase* RuleTable::Replace(std::wstring_view key, const QtrConvInfoBase* rule) {
     const std::uint32_t position = PositionOf(key);
-    if (position == NameIndex::kNotFound) return nullptr;
+    if (position == PositionIndex::kNotFound) return nullptr;
     const QtrConvInfoBase* held = rules_[position];
     // The rule stays under its key; a rule to another target keeps the key stored.
     std::wstring keptKey(key);

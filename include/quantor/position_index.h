@@ -1,7 +1,6 @@
 // An index from names to the positions 0, 1, 2, ... of a sequence that its
-// owner keeps (a unit's rules, a category's units, the administration's
-// names). It is part of the layout of the model's classes only; hosts never
-// use it.
+// owner keeps (a unit's rules, a category's units). It is part of the layout
+// of the model's classes only; hosts never use it.
 #pragma once
 
 #include <cstddef>
@@ -19,7 +18,7 @@ namespace quantor::detail {
 // linear probing holds 8 bytes per slot (a 32-bit hash of the name and the
 // position), so a probe reads a name only when the hashes agree. The table
 // doubles when it is three quarters full and never forgets a position.
-class QUANTOR_API NameIndex {
+class QUANTOR_API PositionIndex {
 public:
     static constexpr std::uint32_t kNotFound = 0xffffffffu;
     static constexpr std::uint32_t kScanLimit = 8;

@@ -1,6 +1,6 @@
-// The name index's table: the hash of a name, and slots placed by linear
+// The position index's table: the hash of a name, and slots placed by linear
 // probing, moved when the table grows without reading a name again.
-#include "quantor/name_index.h"
+#include "quantor/position_index.h"
 
 namespace quantor::detail {
 namespace {
@@ -11,19 +11,19 @@ constexpr std::size_t kFirstTableSize = 16;
 
 // FNV-1a over the name's code units, then a multiply that spreads the bits
 // into the upper half, of which the table keeps 32.
-std::uint32_t NameIndex::Hash(std::wstring_view name) {
+std::uint32_t PositionIndex::Hash(std::wstring_view name) {
     std::uint64_t hash = 0xcbf29ce484222325u;
     for (wchar_t c : name) hash = (hash ^ static_cast<std::uint32_t>(c)) * 0x100000001b3u;
     return static_cast<std::uint32_t>(((hash ^ (hash >> 29)) * 0xbf58476d1ce4e5b9u) >> 32);
 }
 
-void NameIndex::Clear() {
+void PositionIndex::Clear() {
     slots_.clear();
     slots_.shrink_to_fit();
     count_ = 0;
 }
 
-bool NameIndex::TableResize(std::size_t count) {
+bool PositionIndex::TableResize(std::size_t count) {
     std::size_t size = slots_.empty() ? kFirstTableSize : slots_.size();
     while (count * 4 > size * 3) size *= 2;
     if (size == slots_.size()) return false;
@@ -34,7 +34,7 @@ bool NameIndex::TableResize(std::size_t count) {
     return true;
 }
 
-void NameIndex::SlotFill(std::uint32_t hash, std::uint32_t position) {
+void PositionIndex::SlotFill(std::uint32_t hash, std::uint32_t position) {
     std::size_t index = hash & Mask();
     while (slots_[index] != 0) index = (index + 1) & Mask();
     slots_[index] = (std::uint64_t{hash} << 32) | (std::uint64_t{position} + 1);

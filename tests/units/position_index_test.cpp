@@ -1,4 +1,4 @@
-// The name index answers like a map from names to positions whether it
+// The position index answers like a map from names to positions whether it
 // scans a few names or probes its table, across every growth of the table and
 // with room reserved ahead.
 #include <gtest/gtest.h>
@@ -9,23 +9,23 @@
 #include <unordered_map>
 #include <vector>
 
-#include "quantor/name_index.h"
+#include "quantor/position_index.h"
 
 namespace {
 
-using quantor::detail::NameIndex;
+using quantor::detail::PositionIndex;
 
-class NameIndexModel {
+class PositionIndexModel {
 public:
-    NameIndexModel() { names_.reserve(5000); }
+    PositionIndexModel() { names_.reserve(5000); }
 
     // Adds `name` as the next position unless it is held; checks the answer
     // against a plain map first.
     void Offer(const std::wstring& name) {
         const auto expected = positions_.find(name);
         const std::uint32_t found = index_.Find(name, NameAt());
-        ASSERT_EQ(found, expected == positions_.end() ? NameIndex::kNotFound : expected->second) << name;
-        if (found != NameIndex::kNotFound) return;
+        ASSERT_EQ(found, expected == positions_.end() ? PositionIndex::kNotFound : expected->second) << name;
+        if (found != PositionIndex::kNotFound) return;
         positions_.emplace(name, static_cast<std::uint32_t>(names_.size()));
         index_.Append(names_.emplace_back(name), NameAt());
         ASSERT_EQ(index_.Size(), names_.size());
@@ -33,7 +33,7 @@ public:
     void Reserve(std::size_t count) { index_.Reserve(count, NameAt()); }
     void ExpectEveryNameFound() const {
         for (const auto& [name, position] : positions_) EXPECT_EQ(index_.Find(name, NameAt()), position) << name;
-        EXPECT_EQ(index_.Find(L"", NameAt()), NameIndex::kNotFound);
+        EXPECT_EQ(index_.Find(L"", NameAt()), PositionIndex::kNotFound);
     }
 
 private:
@@ -45,14 +45,14 @@ private:
 
     std::vector<std::wstring> names_;  // reserved ahead: the index keeps views of them
     std::unordered_map<std::wstring, std::uint32_t> positions_;
-    NameIndex index_;
+    PositionIndex index_;
 };
 
-TEST(NameIndex, AnswersLikeAMapAcrossScanningGrowthAndReservedRoom) {
+TEST(PositionIndex, AnswersLikeAMapAcrossScanningGrowthAndReservedRoom) {
     std::mt19937 random(7);
-    for (const int reserveAt : {0, 3, static_cast<int>(NameIndex::kScanLimit), 100}) {
+    for (const int reserveAt : {0, 3, static_cast<int>(PositionIndex::kScanLimit), 100}) {
         SCOPED_TRACE(reserveAt);
-        NameIndexModel model;
+        PositionIndexModel model;
         for (int i = 0; i < 4000; ++i) {
             if (reserveAt && i == reserveAt) model.Reserve(i + 500);
             model.Offer(L"u" + std::to_wstring(random() % 3000));
@@ -63,8 +63,8 @@ TEST(NameIndex, AnswersLikeAMapAcrossScanningGrowthAndReservedRoom) {
 
 // Names of one character differ in few bits; small and capital letters and
 // names that are prefixes of others stay apart.
-TEST(NameIndex, KeepsSimilarNamesApart) {
-    NameIndexModel model;
+TEST(PositionIndex, KeepsSimilarNamesApart) {
+    PositionIndexModel model;
     for (const wchar_t* name : {L"m", L"M", L"mm", L"Mm", L"mM", L"m2", L"m\u00b2", L"km", L"kmm", L"k"})
         model.Offer(name);
     for (wchar_t c = L'a'; c <= L'z'; ++c) model.Offer(std::wstring(1, c));
