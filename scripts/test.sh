@@ -16,7 +16,7 @@ readonly ROOT=$PWD
 readonly JOBS=${QUANTOR_JOBS:-$(nproc)}
 STAGE_TIMES=()
 readonly TOOL_PACKAGES=(cmake ninja-build g++ clang bison libgtest-dev libgmock-dev googletest
-                        libbenchmark-dev pkg-config locales)
+                        libbenchmark-dev pkg-config locales nlohmann-json3-dev)
 
 # The sanitizer and libFuzzer runtimes ship apart from clang, per version.
 ensure_clang_runtime() {

@@ -54,7 +54,7 @@ int ConvertRun(Session& session, const Invocation& invocation) {
             return UsageError(invocation, "--digits takes two whole numbers P,Q, as in --digits 4,2");
         digits = read;
     }
-    const bool batch = invocation.Has("--file") || (args.size() == 1 && args[0] == "-");
+    const bool batch = invocation.Has("--file") || (!args.empty() && args[0] == "-");
     if (batch && args.size() > (invocation.Has("--file") ? 0u : 1u))
         return UsageError(invocation, "a batch conversion takes no VALUE FROM TO on the command line");
     if (batch) return BatchRun(session, invocation, digits);

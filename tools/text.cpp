@@ -61,8 +61,13 @@ bool NumberRead(std::string_view text, double& value) {
 }
 
 void NumberAppend(std::string& out, double value) {
-    char digits[32];
-    const auto result = std::to_chars(digits, digits + sizeof digits, value);
+    // Plain decimals for the magnitudes people write that way, exponents
+    // beyond them; either way the fewest digits that read back exactly.
+    const double magnitude = std::fabs(value);
+    const bool plain = magnitude == 0.0 || (magnitude >= 1e-6 && magnitude < 1e16);
+    char digits[64];
+    const auto result = std::to_chars(digits, digits + sizeof digits, value,
+                                      plain ? std::chars_format::fixed : std::chars_format::scientific);
     out.append(digits, result.ptr);
 }
 

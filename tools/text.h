@@ -19,7 +19,8 @@ std::wstring Wide(std::string_view text);
 // "1,5", "1/3", "0x10", "2.5abc", "inf" and "1e400" are refused.
 bool NumberRead(std::string_view text, double& value);
 
-// The shortest text that reads back as `value` ("2500", "0.0254", "1e+20").
+// The shortest text that reads back as `value`: "2500", "0.0005", and with
+// an exponent below 1e-6 and from 1e16 on ("1e+20").
 std::string NumberText(double value);
 
 // Appends NumberText(value) to `out` without a temporary string.
