@@ -15,6 +15,9 @@
 #include "quantor/model.h"
 
 class QtrAdminStd;
+namespace quantor::detail {
+class NameTables;
+}
 
 // How a typed name was found, from the most to the least exact.
 enum class QtrNameMatch { None, Exact, Synonym, DisplayName, CaseInsensitive };
@@ -27,33 +30,42 @@ struct QtrResolvedName {
 
 class QUANTOR_API QtrNameResolver {
 public:
-    // Resolves names of `admin`, which must outlive the resolver; knows only
-    // the exact and case-insensitive names until language files are read.
+    // Resolves names of `admin`, which must outlive the resolver and be loaded
+    // before it: a name added later is found exactly but by no other stage.
+    // Knows only the exact and case-insensitive names until language files
+    // are read.
     explicit QtrNameResolver(const QtrAdminStd& admin);
     QtrNameResolver(const QtrNameResolver&) = delete;
     QtrNameResolver& operator=(const QtrNameResolver&) = delete;
     ~QtrNameResolver();
 
-    // Reads the synonyms of `languageId` and of English (0x0409) and the
-    // display names of `languageId` from UnitSynonyms<id>.rlg and
-    // UnitAbbrevNames<id>.rlg, located like the translation files. False when
-    // a file that exists cannot be read; a missing file is no error.
+    // Reads the synonyms of `languageId`, then those of English (0x0409), and
+    // the display names of `languageId` from UnitSynonyms<id>.rlg and
+    // UnitAbbrevNames<id>.rlg, located like the translation files, so the
+    // active language wins a synonym that English gives another unit. A
+    // missing file is no error; one that exists but cannot be read is
+    // reported to the log and makes the answer false.
     bool LanguageLoad(uint16_t languageId);
-    // Adds one synonym file ("synonym<TAB>unit name" lines) or one display-name
-    // file ("unit name<TAB>display name" lines); false, adding nothing, when it
-    // is missing or malformed.
+    // Adds one synonym file ("synonym<TAB>unit or category name" lines) or one
+    // display-name file ("unit name<TAB>display name" lines); false, adding
+    // nothing, when it is missing or malformed. A synonym already held keeps
+    // its unit; a line naming no unit or category is skipped; a display name
+    // given to two units names neither.
     bool SynonymFileRead(const wchar_t* path);
     bool DisplayNameFileRead(const wchar_t* path);
 
+    // The unit or category that `typed` names: its exact name, else a synonym,
+    // else a display name, else a case-insensitive match that only one unit
+    // or category has. Never allocates for a name of up to 64 characters;
+    // safe to call from many threads at once.
     QtrResolvedName Resolve(const wchar_t* typed) const;
-    // Up to `most` known names closest to `typed` (edit distance at most 3),
-    // closest first.
+    // Up to `most` known names closest to `typed` (at most three edits,
+    // letter case ignored), closest first, one name per unit or category.
     std::vector<std::wstring> Suggest(const wchar_t* typed, std::size_t most = 5) const;
 
 private:
-    struct Tables;
     const QtrAdminStd& admin_;
-    std::unique_ptr<Tables> tables_;
+    std::unique_ptr<quantor::detail::NameTables> tables_;
 };
 
 // The resolver of the default administration with the settings' language;

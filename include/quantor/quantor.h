@@ -15,3 +15,4 @@
 #include "quantor/admin.h"
 #include "quantor/translation.h"
 #include "quantor/functions.h"
+#include "quantor/names.h"

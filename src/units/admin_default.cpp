@@ -90,11 +90,6 @@ int32_t CurrencyModeGet(QtrSettings& settings) {
     return mode.i4;
 }
 
-void LanguageIdGet(QtrSettings& settings, QtrVariant& language) {
-    if (settings.SettingsGetValue(L"common", L"languageid", QTR_VT_I4, language, 0) != 0)
-        settings.SettingsGetValue(L"option-configuration/common/languageid", L"default", QTR_VT_I4, language, 3);
-}
-
 // Parses `path` into the administration. On failure the message is the
 // prefix and the path (and the suffix), composed first and then used as the
 // format, so a '%' in the path stays as it is written.
@@ -126,11 +121,8 @@ LoadOutcome DefaultFilesLoad(QtrAdminDscr& admin) {
 
 bool DictionaryRead(XLMTranslDict& dictionary) {
     std::wstring path = L"UnitAbbrevNames0409.rlg";
-    const auto settings = quantor::detail::SettingsCreate();
-    if (settings && quantor::detail::SettingsPrepareLevels(*settings, {4, 3})) {
-        QtrVariant language{QTR_VT_I4, L"", 1033};
-        LanguageIdGet(*settings, language);
-        if (language.type == QTR_VT_I4) path = QtrFormat(L"UnitAbbrevNames%04x.rlg", language.i4);
+    if (const auto language = quantor::detail::LanguageIdRead()) {
+        path = QtrFormat(L"UnitAbbrevNames%04x.rlg", *language);
         if (dictionary.RLGFileRead(path.c_str(), false)) return true;
     }
     Error_Report(kSrcUnitsStd, 768, L"QtrAdminStd::QtrTranslDictDefault(): cannot read from \"%s\"\n", path);

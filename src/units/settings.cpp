@@ -162,4 +162,13 @@ FolderSetting SettingsFolderRead(QtrSettings& settings, std::wstring& folder) {
     return FolderSetting::Read;
 }
 
+std::optional<int32_t> LanguageIdRead() {
+    const auto settings = SettingsCreate();
+    if (!settings || !SettingsPrepareLevels(*settings, {4, 3})) return std::nullopt;
+    QtrVariant language{QTR_VT_I4, L"", 1033};
+    if (settings->SettingsGetValue(L"common", L"languageid", QTR_VT_I4, language, 0) != 0)
+        settings->SettingsGetValue(L"option-configuration/common/languageid", L"default", QTR_VT_I4, language, 3);
+    return language.type == QTR_VT_I4 ? language.i4 : 1033;
+}
+
 }  // namespace quantor::detail

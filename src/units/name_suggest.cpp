@@ -1,0 +1,54 @@
+// "Did you mean" suggestions: every name that resolves on its own is measured
+// against the typed name, both case-folded, and those within three edits are
+// ranked by distance, then exact names before synonyms before display names,
+// then by name. Each unit or category is suggested once, by its best spelling.
+#include <algorithm>
+#include <tuple>
+
+#include "quantor/names.h"
+#include "units/name_case_fold.h"
+#include "units/name_edit_distance.h"
+#include "units/name_tables.h"
+
+namespace {
+
+using quantor::detail::NameTarget;
+using quantor::detail::Spelling;
+
+constexpr std::size_t kMostEdits = 3;
+
+struct Candidate {
+    std::size_t distance;
+    const Spelling* spelling;
+    bool operator<(const Candidate& other) const {
+        return std::tie(distance, spelling->kind, spelling->name) <
+               std::tie(other.distance, other.spelling->kind, other.spelling->name);
+    }
+};
+
+std::vector<Candidate> CandidatesWithin(const std::vector<Spelling>& spellings, const std::wstring& typed) {
+    quantor::detail::EditDistance measure;
+    std::vector<Candidate> candidates;
+    for (const Spelling& spelling : spellings) {
+        const std::size_t distance = measure.Within(typed, spelling.folded, kMostEdits);
+        if (distance <= kMostEdits) candidates.push_back({distance, &spelling});
+    }
+    std::sort(candidates.begin(), candidates.end());
+    return candidates;
+}
+
+}  // namespace
+
+std::vector<std::wstring> QtrNameResolver::Suggest(const wchar_t* typed, std::size_t most) const {
+    std::vector<std::wstring> names;
+    if (!typed || !*typed) return names;
+    std::vector<NameTarget> suggested;
+    for (const Candidate& candidate : CandidatesWithin(tables_->Spellings(), quantor::detail::CaseFolded(typed))) {
+        if (names.size() >= most) break;
+        const NameTarget target = candidate.spelling->target;
+        if (std::find(suggested.begin(), suggested.end(), target) != suggested.end()) continue;
+        suggested.push_back(target);
+        names.push_back(candidate.spelling->name);
+    }
+    return names;
+}
