@@ -127,6 +127,20 @@ void UnitRowsWrite(Session& session, const QtrCategoryBase& category, bool withC
     }
 }
 
+// How a name that is not the exact name was found, for info.
+const char* MatchText(QtrNameMatch match) {
+    switch (match) {
+        case QtrNameMatch::Synonym:
+            return "synonym";
+        case QtrNameMatch::DisplayName:
+            return "display name";
+        case QtrNameMatch::CaseInsensitive:
+            return "name in other letter case";
+        default:
+            return "name";
+    }
+}
+
 }  // namespace
 
 int CategoriesRun(Session& session, const Invocation&) {
@@ -179,6 +193,10 @@ int InfoRun(Session& session, const Invocation& invocation) {
     if (!names->Find(invocation.args[0], named, error)) {
         ErrorLine(error);
         return kExitFailed;
+    }
+    if (named.match != QtrNameMatch::Exact && !session.Json()) {
+        const std::string name = Utf8(named.unit ? named.unit->Name() : named.category->Name());
+        Out().Line(invocation.args[0] + " is a " + MatchText(named.match) + " of " + name);
     }
     if (!named.unit) CategoryInfo(session, *named.category);
     else if (session.Json()) UnitInfoJson(session, *named.unit);

@@ -27,18 +27,18 @@ std::string Describe(const std::string& typed, const Named& named) {
     return typed + " is a category";
 }
 
-NameLookup::NameLookup(const QtrAdminStd& admin) : admin_(admin) {}
-
 Named NameLookup::Resolve(const std::string& typed) const {
-    Named named;
-    const std::wstring wide = Wide(typed);
-    admin_.FastFind(wide.c_str(), named.category, named.unit);
+    const QtrResolvedName resolved = resolver_.Resolve(Wide(typed).c_str());
+    Named named{resolved.category, resolved.unit, resolved.match};
     if (named.unit) named.category = named.unit->Category();
     return named;
 }
 
 std::string NameLookup::UnknownMessage(const std::string& typed) const {
-    return "no unit or category is named \"" + typed + "\"";
+    std::string message = "no unit or category is named \"" + typed + "\"";
+    const std::vector<std::wstring> suggestions = resolver_.Suggest(Wide(typed).c_str());
+    for (size_t i = 0; i < suggestions.size(); ++i) message += (i == 0 ? " (did you mean: " : ", ") + Utf8(suggestions[i]);
+    return suggestions.empty() ? message : message + "?)";
 }
 
 bool NameLookup::Find(const std::string& typed, Named& named, std::string& error) const {

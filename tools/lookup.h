@@ -14,6 +14,7 @@ namespace quantor_cli {
 struct Named {
     const QtrCategoryBase* category = nullptr;
     const QtrUnitBase* unit = nullptr;
+    QtrNameMatch match = QtrNameMatch::None;
 };
 
 // The two ends of a conversion.
@@ -24,7 +25,7 @@ struct ConversionPair {
 
 class NameLookup {
 public:
-    explicit NameLookup(const QtrAdminStd& admin);
+    explicit NameLookup(const QtrNameResolver& resolver) : resolver_(resolver) {}
 
     // What `typed` names; false with a message that says so and suggests
     // the closest names.
@@ -41,7 +42,7 @@ private:
     Named Resolve(const std::string& typed) const;
     std::string UnknownMessage(const std::string& typed) const;
 
-    const QtrAdminStd& admin_;
+    const QtrNameResolver& resolver_;
 };
 
 // "m is a Length unit" or "Length is a category", for messages.

@@ -3,6 +3,8 @@
 // is reported once, not once per unit name).
 #include "session.h"
 
+#include <cstdlib>
+
 #include "output.h"
 #include "text.h"
 
@@ -72,8 +74,22 @@ const QtrAdminStd* Session::Catalogue() {
 }
 
 const NameLookup* Session::Names() {
-    if (!lookup_ && Catalogue()) lookup_ = std::make_unique<NameLookup>(*admin_);
+    if (lookup_ || !Catalogue()) return lookup_.get();
+    const QtrNameResolver* resolver = ownAdmin_ ? FileResolverMake() : QtrNameResolverDefault();
+    if (resolver) lookup_ = std::make_unique<NameLookup>(*resolver);
     return lookup_.get();
+}
+
+// The resolver of the --file catalogue, with the language of --lang, else
+// of QUANTOR_LANGUAGE_ID, else English.
+const QtrNameResolver* Session::FileResolverMake() {
+    int32_t language = 0x0409;
+    const char* setting = std::getenv("QUANTOR_LANGUAGE_ID");
+    if (options_.language) language = *options_.language;
+    else if (setting) QtrLanguageIdRead(Wide(setting).c_str(), language);
+    ownResolver_ = std::make_unique<QtrNameResolver>(*ownAdmin_);
+    ownResolver_->LanguageLoad(static_cast<uint16_t>(language));
+    return ownResolver_.get();
 }
 
 std::wstring Session::DisplayName(const QtrUnitBase& unit) {

@@ -44,12 +44,15 @@ public:
     std::wstring DisplayName(const QtrUnitBase& unit);
 
 private:
+    const QtrNameResolver* FileResolverMake();
+
     GlobalOptions options_;
     bool factoryInstalled_ = false;
     QtrSettingsFactory previousFactory_;
     bool loadTried_ = false;
     const QtrAdminStd* admin_ = nullptr;
     std::unique_ptr<QtrAdminDscr> ownAdmin_;
+    std::unique_ptr<QtrNameResolver> ownResolver_;
     std::unique_ptr<NameLookup> lookup_;
     bool dictionaryTried_ = false;
     const XLMTranslDict* dictionary_ = nullptr;

@@ -74,12 +74,24 @@ TEST(QuantorConvert, TheLocaleNeverChangesAResult) {
 }
 
 TEST(QuantorConvert, LookupErrorsTellAnUnknownNameFromTwoCategories) {
-    ExpectFailure(Quantor({"convert", "1", "metre", "ft"}), 1, "quantor: no unit or category is named \"metre\"");
+    ExpectFailure(Quantor({"convert", "1", "metter", "ft"}), 1,
+                  "quantor: no unit or category is named \"metter\" (did you mean: meter, liter?)\n");
+    ExpectFailure(Quantor({"convert", "1", "xyzzy", "ft"}), 1, "quantor: no unit or category is named \"xyzzy\"\n");
     ExpectFailure(Quantor({"convert", "1", "m", "kg"}), 1,
                   "quantor: cannot convert m to kg: m is a Length unit, kg is a Mass unit\n");
     ExpectFailure(Quantor({"convert", "1", "Length", "kg"}), 1, "Length is a category, kg is a Mass unit");
-    ExpectFailure(Quantor({"convert", "1", "m", "kgg"}), 1, "no unit or category is named \"kgg\"");
+    ExpectFailure(Quantor({"convert", "1", "m", "kgg"}), 1, "no unit or category is named \"kgg\" (did you mean: kg,");
     ExpectFailure(Quantor({"convert", "--digits", "4", "1", "m", "km"}), 2, "--digits takes two whole numbers");
+}
+
+TEST(QuantorConvert, NamesInEachForm) {
+    // Exact names, synonyms, a unique match in any letter case, display names.
+    ExpectOutput(Quantor({"convert", "12", "in", "ft"}), "1\n");
+    ExpectOutput(Quantor({"convert", "12", "inch", "feet"}), "1\n");
+    ExpectOutput(Quantor({"convert", "12", "INCH", "Ft"}), "1\n");
+    ExpectOutput(Quantor({"--lang", "de", "convert", "12", "Zoll", "Fuß"}), "1\n");
+    ExpectOutput(Quantor({"convert", "-", "--lang", "de"}, "12 Zoll Fuß\n3 feet yd\n"), "1\n1\n");
+    EXPECT_EQ(Quantor({"convert", "12", "Zoll", "Fuß"}).status, 1) << "German names only in German";
 }
 
 TEST(QuantorHelp, HelpGoesToStandardOutputAndUsageErrorsToStandardError) {
@@ -104,13 +116,13 @@ TEST(QuantorHelp, HelpGoesToStandardOutputAndUsageErrorsToStandardError) {
 }
 
 TEST(QuantorBatch, AnswersEachLineAndReportsBadLinesByNumber) {
-    const std::string input = "2.5 km m\nx km m\n\n2 km\n3 metre m\n4 m kg\n5 m ft yd\n1e400 m km\n100 cm\n";
+    const std::string input = "2.5 km m\nx km m\n\n2 km\n3 xyzzy m\n4 m kg\n5 m ft yd\n1e400 m km\n100 cm\n";
     const CommandResult result = Quantor({"convert", "-"}, input);
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.out, "2500\n\n2000\n\n\n\n\n1\n");
     EXPECT_EQ(result.err,
               "quantor: <stdin>:2: not a number: x\n"
-              "quantor: <stdin>:5: no unit or category is named \"metre\"\n"
+              "quantor: <stdin>:5: no unit or category is named \"xyzzy\"\n"
               "quantor: <stdin>:6: cannot convert m to kg: m is a Length unit, kg is a Mass unit\n"
               "quantor: <stdin>:7: expected VALUE FROM [TO], found more than three words\n"
               "quantor: <stdin>:8: not a number: 1e400\n");
