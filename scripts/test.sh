@@ -4,8 +4,10 @@
 #   2. asan:    clang++, AddressSanitizer + UndefinedBehaviorSanitizer, Debug,
 #               fuzz targets built and their corpus replayed, all tests;
 #   3. tsan:    clang++, ThreadSanitizer, the tests whose names hold "Threads";
-#   4. package: installs the release build into build/install and builds and
-#               runs tests/find-package against it with CMake and pkg-config.
+#   4. package: installs the release build into build/install, runs the
+#               installed quantor command from there in a clean environment,
+#               and builds and runs tests/find-package against the install
+#               with CMake and pkg-config.
 # Build trees live under build/. Any failure stops the script non-zero.
 set -euo pipefail
 
@@ -74,6 +76,18 @@ tsan_stage() {
     TSAN_OPTIONS=halt_on_error=1 run_tests build/tsan -R Threads --no-tests=ignore
 }
 
+# The installed command must start from its prefix with nothing in the
+# environment to help it find its library or its catalogue.
+installed_command_check() {
+    local prefix=$1 out
+    out=$(env -i PATH=/usr/bin:/bin "$prefix/bin/quantor" convert 2.5 km m)
+    [[ $out == 2500 ]] || { echo "installed quantor printed '$out'" >&2; return 1; }
+    out=$(env -i PATH=/usr/bin:/bin "$prefix/bin/quantor" --lang de translate ft)
+    [[ $out == "Fuß" ]] || { echo "installed quantor translated ft as '$out'" >&2; return 1; }
+    test -f "$prefix/share/man/man1/quantor.1"
+    test -f "$prefix/share/bash-completion/completions/quantor"
+}
+
 package_stage() {
     local prefix=$ROOT/build/install
     rm -rf "$prefix" build/consumer
@@ -83,6 +97,8 @@ package_stage() {
         echo "internal libraries were installed" >&2
         return 1
     fi
+
+    installed_command_check "$prefix"
 
     cmake -S tests/find-package -B build/consumer -G Ninja -DCMAKE_CXX_COMPILER=g++ -DCMAKE_PREFIX_PATH="$prefix"
     cmake --build build/consumer
