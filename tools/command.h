@@ -53,6 +53,7 @@ int UsageError(const Invocation& invocation, const std::string& message);
 
 // The handlers of the command table.
 int ConvertRun(Session& session, const Invocation& invocation);
+int CheckRun(Session& session, const Invocation& invocation);
 int InfoRun(Session& session, const Invocation& invocation);
 int CategoriesRun(Session& session, const Invocation& invocation);
 int UnitsRun(Session& session, const Invocation& invocation);

@@ -21,6 +21,9 @@ constexpr OptionSpec kConvertOptions[] = {
     {"--digits", "P,Q", "format the result with P digits before and Q after the point, as the unit's rules shift them"},
     {"--file", "F", "convert the \"VALUE FROM [TO]\" lines of F (- for standard input)"},
 };
+constexpr OptionSpec kCheckOptions[] = {
+    {"--strict", nullptr, "fail on warnings too"},
+};
 constexpr OptionSpec kPrintOptions[] = {
     {"--all-rules", nullptr, "print the derived rules too, not only those the files state"},
 };
@@ -38,6 +41,12 @@ const CommandSpec kCommands[] = {
      "one result per line; a line that fails is reported on stderr with its line\n"
      "number, leaves an empty output line, and makes the exit status 1.\n",
      kConvertOptions, 0, 3, ConvertRun},
+    {"check", "FILE...", "check description files and show every finding at its place",
+     "Reads the files in the given order into one catalogue, as the defaults do, and\n"
+     "prints each finding as file:line:column: error|warning: message, with the\n"
+     "source line and a caret. Exit status 1 on any error (with --strict, on any\n"
+     "warning too).\n",
+     kCheckOptions, 1, kMany, CheckRun},
     {"info", "NAME", "show a unit or category with its default units and rules",
      "For a unit: its category, display name, the category's default units and every\n"
      "rule from and to the unit. For a category: its default units and its units.\n",

@@ -197,6 +197,32 @@ TEST(QuantorCatalogue, ListsShowsAndPrints) {
     ExpectFailure(Quantor({"--file", (folder.path / "missing.txt").string(), "categories"}), 1, "cannot load");
 }
 
+TEST(QuantorCheck, ShowsEachFindingAtItsPlaceAcrossFilesReadInOrder) {
+    ScratchFolder folder;
+    const fs::path good = FileWrite(folder.path / "good.txt", "category Good { unit aa, bb; defaultintern aa; convert bb <- aa * 2; }\n");
+    const fs::path bad = FileWrite(folder.path / "bad.txt", "category Bad\n{\n\tunit cc;\n\tdefaultintern zz;\n}\n");
+    const CommandResult passed = Quantor({"check", good.string()});
+    ExpectOutput(passed, "ok: 0 errors, 0 warnings in 1 file\n");
+
+    const CommandResult failed = Quantor({"check", good.string(), bad.string()});
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_EQ(failed.out, bad.string() + ":4:16: error: The defaultintern statement must name a unit declared before it in "
+                                         "this category. Declare the unit first or correct the name.\n"
+                                         "    \tdefaultintern zz;\n"
+                                         "    \t              ^\n"
+                                         "failed: 1 error, 0 warnings in 2 files\n");
+    const json report = json::parse(Quantor({"check", "--json", bad.string(), good.string()}).out);
+    EXPECT_EQ(report["passed"], false);
+    EXPECT_EQ(report["errors"], 1);
+    EXPECT_EQ(report["findings"][0]["line"], 4);
+    EXPECT_EQ(report["findings"][0]["column"], 16);
+    EXPECT_EQ(report["findings"][0]["severity"], "error");
+
+    const CommandResult missing = Quantor({"check", (folder.path / "missing.txt").string()});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_NE(missing.out.find("missing.txt: error: The file was not found"), std::string::npos) << missing.out;
+}
+
 TEST(QuantorValues, WritesReadsAndTranslates) {
     ExpectOutput(Quantor({"read", "u:metre i:4004000000000000 n:2.5"}), "2.5 metre\n");
     ExpectFailure(Quantor({"read", "u:m i:4004000000000000"}), 1, "not a value-with-unit text");
