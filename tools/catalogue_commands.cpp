@@ -67,11 +67,11 @@ void UnitInfoText(Session& session, const QtrUnitBase& unit) {
     Out().Line("  category's storage:    " + NameOf(category.DefaultInternUnitGet()));
     Out().Line("  category's display:    " + NameOf(category.DefaultSurfaceUnitGet()));
     for (const bool fromUnit : {true, false}) {
-        Out().Line(fromUnit ? "  rules from it (y = x * factor + addend):" : "  rules to it:");
+        Out().Line(fromUnit ? "  rules from it (x in the source unit):" : "  rules to it:");
         for (const QtrConvInfoBase* rule : RulesOf(unit, fromUnit)) {
             const std::string ends = NameOf(rule->SrcUnit()) + " -> " + NameOf(rule->TrgtUnit());
-            Out().Line("    " + Padded(ends, 20) + " " + Padded(RuleFormula(*rule), 28) +
-                       (rule->Is_Explicit() ? "stated" : "derived"));
+            Out().Line("    " + Padded(ends, 16) + " " + (rule->Is_Explicit() ? "stated   " : "derived  ") +
+                       RuleFormula(*rule));
         }
     }
 }

@@ -180,7 +180,7 @@ TEST(QuantorCatalogue, ListsShowsAndPrints) {
                  "Temperature: a category\n  storage unit: K\n  display unit: degC\n  units: K degC degF degR\n");
     const std::string info = Quantor({"info", "degF"}).out;
     EXPECT_EQ(info.substr(0, info.find('\n')), "degF: a unit of Temperature");
-    EXPECT_NE(info.find("    degF -> degC         x * 0.5555555555555556 - 17.77777777777778"), std::string::npos)
+    EXPECT_NE(info.find("    degF -> degC     stated   x * 0.5555555555555556 - 17.77777777777778\n"), std::string::npos)
         << info;
     ExpectFailure(Quantor({"units", "km"}), 1, "km is a Length unit, not a category");
     ExpectFailure(Quantor({"info", "nothing"}), 1, "no unit or category is named \"nothing\"");
