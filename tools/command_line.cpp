@@ -48,23 +48,17 @@ std::string NameList(std::span<const QtrSettingName> table) {
     return list;
 }
 
-bool LanguageSet(const std::string& value, GlobalOptions& global, std::string& error) {
-    int32_t id = 0;
-    if (QtrLanguageIdRead(Wide(value).c_str(), id)) {
-        global.language = id;
-        return true;
-    }
-    error = "unknown language: " + value + " (use " + NameList(QtrLanguageNames()) + " or a language id such as 0x0407)";
-    return false;
-}
+using SettingRead = bool (*)(const wchar_t* text, int32_t& value);
 
-bool RegionSet(const std::string& value, GlobalOptions& global, std::string& error) {
-    int32_t mode = 0;
-    if (QtrCurrencyModeRead(Wide(value).c_str(), mode)) {
-        global.region = mode;
+// Reads a named or numbered setting into `target`; `what` and `hint` word the error.
+bool SettingSet(const std::string& value, SettingRead read, std::span<const QtrSettingName> names, const char* what,
+                const char* hint, std::optional<int32_t>& target, std::string& error) {
+    int32_t number = 0;
+    if (read(Wide(value).c_str(), number)) {
+        target = number;
         return true;
     }
-    error = "unknown currency region: " + value + " (use " + NameList(QtrCurrencyRegionNames()) + " or a mode number)";
+    error = std::string("unknown ") + what + ": " + value + " (use " + NameList(names) + " or " + hint + ")";
     return false;
 }
 
@@ -80,8 +74,12 @@ Taken GlobalOptionRead(Reader& reader, std::string_view name, std::optional<std:
     else if (name == "--lang" || name == "--region" || name == "--units-dir" || name == "--file") {
         std::string value;
         if (!ValueTake(reader, name, inlineValue, value, error)) return Taken::Failed;
-        if (name == "--lang" && !LanguageSet(value, global, error)) return Taken::Failed;
-        if (name == "--region" && !RegionSet(value, global, error)) return Taken::Failed;
+        if (name == "--lang" && !SettingSet(value, QtrLanguageIdRead, QtrLanguageNames(), "language",
+                                            "a language id such as 0x0407", global.language, error))
+            return Taken::Failed;
+        if (name == "--region" && !SettingSet(value, QtrCurrencyModeRead, QtrCurrencyRegionNames(), "currency region",
+                                              "a mode number", global.region, error))
+            return Taken::Failed;
         if (name == "--units-dir") global.unitsDir = value;
         if (name == "--file") global.files.push_back(value);
     } else {

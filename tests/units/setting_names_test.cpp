@@ -12,19 +12,17 @@
 
 namespace {
 
-std::optional<int32_t> Language(const wchar_t* text) {
-    int32_t id = -7;
-    if (QtrLanguageIdRead(text, id)) return id;
-    EXPECT_EQ(id, -7) << "written on failure";
+using Reader = bool (*)(const wchar_t* text, int32_t& value);
+
+std::optional<int32_t> ReadWith(Reader read, const wchar_t* text) {
+    int32_t value = -7;
+    if (read(text, value)) return value;
+    EXPECT_EQ(value, -7) << "written on failure";
     return std::nullopt;
 }
 
-std::optional<int32_t> Region(const wchar_t* text) {
-    int32_t mode = -7;
-    if (QtrCurrencyModeRead(text, mode)) return mode;
-    EXPECT_EQ(mode, -7) << "written on failure";
-    return std::nullopt;
-}
+std::optional<int32_t> Language(const wchar_t* text) { return ReadWith(QtrLanguageIdRead, text); }
+std::optional<int32_t> Region(const wchar_t* text) { return ReadWith(QtrCurrencyModeRead, text); }
 
 TEST(SettingNames, LanguagesByCodeOrByIdWrittenInHexadecimalOrDecimal) {
     EXPECT_EQ(Language(L"en"), 0x0409);
