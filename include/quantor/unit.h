@@ -2,11 +2,11 @@
 // the other units of the category, keyed by target name.
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
 #include "quantor/model.h"
+#include "quantor/rule_table.h"
 
 class QUANTOR_API QtrUnitStd : public QtrUnitBase {
 public:
@@ -50,7 +50,7 @@ private:
 
     std::wstring name_;
     const QtrCategoryBase* category_;
-    // Owned rules keyed by target name; std::less<> finds a name without
-    // building a string.
-    std::map<std::wstring, const QtrConvInfoBase*, std::less<>> rules_;
+    // Owned rules keyed by target name; a rule's target unit must outlive the
+    // unit, as the units of one category do.
+    quantor::detail::RuleTable rules_;
 };

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <optional>
 #include <vector>
@@ -56,29 +57,51 @@ std::vector<FactorClause> FactorClausesOfForm(double factor, bool divides) {
         // the factor too; the candidate's own text keeps its multiplier.
         const StatementNumberText shortest = StatementNumberMatching(candidate, reproduces);
         clauses.push_back(clauseOf(shortest));
-        if (shortest.readBack != candidate) clauses.push_back(clauseOf(StatementNumberMatching(
-            candidate, [candidate](double read) { return read == candidate; })));
+        if (shortest.readBack != candidate) clauses.push_back(clauseOf(StatementNumberExact(candidate)));
     }
     std::stable_sort(clauses.begin(), clauses.end(),
                      [](const FactorClause& a, const FactorClause& b) { return a.text.size() < b.text.size(); });
     return clauses;
 }
 
-// Every factor clause that reads back into `factor`: first the usual form,
-// " / n" when |1/factor| < 1 and " * m" otherwise, then the other form, whose
-// multipliers may leave an exact addend where the usual ones do not; nothing
-// for a factor of 1. Never empty: without an exact clause, the 17-digit
-// multiplier.
-std::vector<FactorClause> FactorClauses(double factor) {
-    const double ideal = 1.0 / factor;
-    if (ideal == 1.0) return {{L"", 1.0}};
-    const bool divides = std::fabs(ideal) < 1.0;
-    std::vector<FactorClause> clauses = FactorClausesOfForm(factor, divides);
-    std::vector<FactorClause> otherForm = FactorClausesOfForm(factor, !divides);
-    clauses.insert(clauses.end(), otherForm.begin(), otherForm.end());
-    if (clauses.empty()) clauses.push_back({L" * " + QtrFormat(L"%.17g", ideal), ideal});
-    return clauses;
-}
+// The factor clauses of the usual form, " / n" when |1/factor| < 1 and
+// " * m" otherwise, then those of the other form, whose multipliers may leave
+// an exact addend where the usual ones do not; nothing for a factor of 1.
+// The other form is made only when asked for, as most rules need only the
+// first clause.
+class FactorClauses {
+public:
+    explicit FactorClauses(double factor) : factor_(factor), ideal_(1.0 / factor) {
+        if (ideal_ == 1.0) {
+            clauses_.push_back({L"", 1.0});
+            otherFormAdded_ = true;
+        } else {
+            clauses_ = FactorClausesOfForm(factor_, Divides());
+        }
+    }
+
+    // The clause at `index`, or null past the last. Never null at 0: without
+    // an exact clause, the 17-digit multiplier.
+    const FactorClause* At(std::size_t index) {
+        if (index >= clauses_.size() && !otherFormAdded_) AddOtherForm();
+        return index < clauses_.size() ? &clauses_[index] : nullptr;
+    }
+
+private:
+    bool Divides() const { return std::fabs(ideal_) < 1.0; }
+
+    void AddOtherForm() {
+        otherFormAdded_ = true;
+        std::vector<FactorClause> otherForm = FactorClausesOfForm(factor_, !Divides());
+        clauses_.insert(clauses_.end(), otherForm.begin(), otherForm.end());
+        if (clauses_.empty()) clauses_.push_back({L" * " + QtrFormat(L"%.17g", ideal_), ideal_});
+    }
+
+    double factor_;
+    double ideal_;
+    std::vector<FactorClause> clauses_;
+    bool otherFormAdded_ = false;
+};
 
 std::wstring AddendClauseText(double signedAddend, const std::wstring& magnitude) {
     return (signedAddend < 0.0 ? L" - " : L" + ") + magnitude;
@@ -103,13 +126,13 @@ std::optional<std::wstring> ExactAddendClause(double addend, double multiplier) 
 }  // namespace
 
 std::wstring RuleFormulaText(double factor, double addend) {
-    const std::vector<FactorClause> clauses = FactorClauses(factor);
-    if (addend == 0.0 || std::isnan(addend)) return clauses.front().text;
-    for (const FactorClause& clause : clauses) {
-        if (auto addendText = ExactAddendClause(addend, clause.multiplier)) return clause.text + *addendText;
+    FactorClauses clauses(factor);
+    if (addend == 0.0 || std::isnan(addend)) return clauses.At(0)->text;
+    for (std::size_t index = 0; const FactorClause* clause = clauses.At(index); ++index) {
+        if (auto addendText = ExactAddendClause(addend, clause->multiplier)) return clause->text + *addendText;
     }
-    const double nearest = addend * clauses.front().multiplier;
-    return clauses.front().text + AddendClauseText(nearest, QtrFormat(L"%.17g", std::fabs(nearest)));
+    const double nearest = addend * clauses.At(0)->multiplier;
+    return clauses.At(0)->text + AddendClauseText(nearest, QtrFormat(L"%.17g", std::fabs(nearest)));
 }
 
 }  // namespace quantor::detail

@@ -26,6 +26,10 @@ struct StatementNumberText {
     double readBack = 0.0;
 };
 
+// StatementNumber's text with the double it reads back as, which is `value`
+// unless `value` is not finite.
+StatementNumberText StatementNumberExact(double value);
+
 // Like StatementNumber, but the smallest precision whose number read back
 // `reproduces` what the statement must mean (say, a rule's factor after the
 // reader has inverted it); the 17-digit text when no precision does.

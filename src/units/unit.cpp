@@ -49,8 +49,8 @@ QtrUnitStd::QtrUnitStd(const QtrCategoryBase* category, const wchar_t* name)
     : name_(name ? name : L""), category_(category) {}
 
 QtrUnitStd::~QtrUnitStd() {
-    for (const auto& [target, rule] : rules_) DeleteIfOwned(rule);
-    rules_.clear();
+    for (const QtrConvInfoBase* rule : rules_.Rules()) DeleteIfOwned(rule);
+    rules_.Clear();
     category_ = nullptr;
 }
 
@@ -96,12 +96,12 @@ std::wstring QtrUnitStd::ConvertOutputGen(const wchar_t* unitName, double value,
     return QtrFormat(FormatStringGen(unitName, preDigits, postDigits).c_str(), converted);
 }
 
-const QtrConvInfoBase* QtrUnitStd::ConvInfo(const QtrUnitBase* unit) const { return ConvInfo(NameOf(unit)); }
+const QtrConvInfoBase* QtrUnitStd::ConvInfo(const QtrUnitBase* unit) const {
+    return unit ? rules_.Find(unit->Name()) : nullptr;
+}
 
 const QtrConvInfoBase* QtrUnitStd::ConvInfo(const wchar_t* unitName) const {
-    if (!unitName) return nullptr;
-    const auto found = rules_.find(std::wstring_view(unitName));
-    return found == rules_.end() ? nullptr : found->second;
+    return unitName ? rules_.Find(unitName) : nullptr;
 }
 
 bool QtrUnitStd::FmtPreDecpnt(int& shift, const QtrUnitBase* unit) const {
@@ -132,10 +132,9 @@ int QtrUnitStd::ConvInfoAdd(const QtrConvInfoBase* rule) {
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrUnitStd::ConvInfoAdd: incompatible conversion-info\n");
         return -1;
     }
-    const auto [position, inserted] = rules_.try_emplace(rule->TrgtUnit()->Name(), rule);
-    if (inserted) return 1;
+    if (rules_.Insert(rule)) return 1;
     // Only an explicit rule displaces a held one, and only a derived one.
-    if (rule->Is_Explicit() && !position->second->Is_Explicit())
+    if (rule->Is_Explicit() && !rules_.Find(rule->TrgtUnit()->Name())->Is_Explicit())
         return ConvInfoReplace(rule->TrgtUnit(), rule) ? 1 : 0;
     return 0;
 }
@@ -146,19 +145,17 @@ bool QtrUnitStd::ConvInfoReplace(const QtrUnitBase* target, const QtrConvInfoBas
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrUnitStd::ConvInfoReplace([%s],): no conv. info\n", NameOf(target));
         return false;
     }
-    const auto found = target ? rules_.find(target->Name()) : rules_.end();
-    if (found == rules_.end()) {
+    const QtrConvInfoBase* held = target ? rules_.Replace(target->Name(), rule) : nullptr;
+    if (!held) {
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrUnitStd::ConvInfoReplace([%s],): not found\n", NameOf(target));
         return false;
     }
-    if (found->second != rule) delete found->second;
-    found->second = rule;
+    if (held != rule) delete held;
     return true;
 }
 
 int QtrUnitStd::ConvInfosGet(std::vector<const QtrConvInfoBase*>& out) const {
-    out.clear();
-    for (const auto& [target, rule] : rules_) out.push_back(rule);
+    out = rules_.RulesByKey();
     return static_cast<int>(out.size());
 }
 

@@ -21,8 +21,8 @@ struct CommandResult {
 class CommandRunner {
 public:
     // `environment`: the child's whole environment ("NAME=value" entries).
-    static CommandResult Run(const std::vector<std::string>& args, const std::string& input = "",
-                             const std::vector<std::string>& environment = {"LC_ALL=C", "PATH=/usr/bin:/bin"}) {
+    static CommandResult Run(const std::vector<std::string>& args, const std::string& input,
+                             const std::vector<std::string>& environment) {
         signal(SIGPIPE, SIG_IGN);  // a command that stops reading early must not end the test
         int in[2], out[2], err[2];
         if (pipe(in) != 0 || pipe(out) != 0 || pipe(err) != 0) return {};

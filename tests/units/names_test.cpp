@@ -235,6 +235,25 @@ TEST(NameResolverDefault, ResolvesWithTheSettingsLanguage) {
     EXPECT_EQ(NameResolve(L"no such unit").match, QtrNameMatch::None);
 }
 
+// Threads that ask at the same time share one default resolver, built once.
+TEST(NameResolverDefault, BuiltOnceForManyThreadsAtOnce) {
+    setenv("QUANTOR_UNITS_DIR", QUANTOR_TEST_DATA_DIR "/unitsandcurrencies", 1);
+    std::vector<const QtrNameResolver*> seen(4, nullptr);
+    std::vector<const QtrUnitBase*> metres(4, nullptr);
+    std::vector<std::thread> threads;
+    for (size_t i = 0; i < seen.size(); ++i)
+        threads.emplace_back([&seen, &metres, i] {
+            seen[i] = QtrNameResolverDefault();
+            metres[i] = NameResolve(L"metres").unit;
+        });
+    for (std::thread& thread : threads) thread.join();
+    ASSERT_NE(seen[0], nullptr);
+    for (size_t i = 0; i < seen.size(); ++i) {
+        EXPECT_EQ(seen[i], seen[0]);
+        EXPECT_EQ(metres[i], UnitSearch(L"m"));
+    }
+}
+
 // Every line of the shipped English synonyms names a unit or category of the
 // shipped catalogue and resolves to it as a synonym (no exact name hides it).
 TEST(ShippedSynonyms, EveryEnglishSynonymResolvesToTheUnitItNames) {

@@ -2,6 +2,7 @@
 // formatted values, and the rules it accepts or refuses and who owns them.
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -73,6 +74,50 @@ TEST_F(UnitTest, AnExplicitRuleDisplacesOnlyADerivedOne) {
     EXPECT_EQ(log_.Messages(), std::vector<std::wstring>{L"QtrUnitStd::ConvInfoReplace([x],): not found\n"});
     EXPECT_TRUE(km_.ConvInfoReplace(&m_, replacement));
     EXPECT_EQ(km_.ConvInfo(L"m"), replacement);
+}
+
+TEST_F(UnitTest, FindsEveryRuleByNameAndByUnitAndListsThemInNameOrder) {
+    // Enough targets to grow the table several times, named so that the
+    // order of names differs from the order of adding.
+    std::vector<std::unique_ptr<QtrUnitStd>> targets;
+    for (int i = 0; i < 300; ++i) {
+        targets.push_back(std::make_unique<QtrUnitStd>(&length_, (L"t" + std::to_wstring((i * 37) % 300)).c_str()));
+        ASSERT_EQ(Add(km_, NewRule(targets.back().get(), &km_, 1.0 + i)), 1);
+    }
+    const QtrUnitStd sameName(&length_, L"t5");
+    EXPECT_EQ(km_.ConvInfo(L"t5"), km_.ConvInfo(&sameName)) << "names, not objects, are the keys";
+    for (const auto& target : targets) {
+        const QtrConvInfoBase* rule = km_.ConvInfo(target.get());
+        ASSERT_NE(rule, nullptr);
+        EXPECT_EQ(rule->TrgtUnit(), target.get());
+        EXPECT_EQ(km_.ConvInfo(target->Name().c_str()), rule);
+    }
+    EXPECT_EQ(km_.ConvInfo(L"t300"), nullptr);
+    EXPECT_EQ(km_.ConvInfo(L""), nullptr);
+
+    std::vector<const QtrConvInfoBase*> rules;
+    ASSERT_EQ(km_.ConvInfosGet(rules), 300);
+    for (size_t i = 1; i < rules.size(); ++i)
+        EXPECT_LT(rules[i - 1]->TrgtUnit()->Name(), rules[i]->TrgtUnit()->Name());
+}
+
+TEST_F(UnitTest, AReplacementToAnotherTargetStaysUnderTheKeyItReplaced) {
+    ASSERT_EQ(Add(km_, NewRule(&m_, &km_, 1000.0)), 1);
+    ASSERT_EQ(Add(km_, NewRule(&km_, &km_, 1.0)), 1);
+    QtrConvInfoStd* toX = NewRule(&x_, &km_, 3.0);
+    ASSERT_TRUE(km_.ConvInfoReplace(&m_, toX));
+    EXPECT_EQ(km_.ConvInfo(L"m"), toX);
+    EXPECT_EQ(km_.ConvInfo(L"x"), nullptr);
+    QtrConvInfoStd* alsoToX = NewRule(&x_, &km_, 4.0);
+    EXPECT_EQ(Add(km_, alsoToX), 1) << "x is a key of its own";
+    EXPECT_EQ(km_.ConvInfo(L"x"), alsoToX);
+    std::vector<const QtrConvInfoBase*> rules;
+    km_.ConvInfosGet(rules);
+    EXPECT_EQ(rules, (std::vector<const QtrConvInfoBase*>{km_.ConvInfo(L"km"), toX, alsoToX}));
+    // Replaced once more by a rule to its key's target, the key is the target's again.
+    QtrConvInfoStd* backToM = NewRule(&m_, &km_, 1000.0);
+    ASSERT_TRUE(km_.ConvInfoReplace(&m_, backToM));
+    EXPECT_EQ(km_.ConvInfo(&m_), backToM);
 }
 
 TEST_F(UnitTest, RefusesRulesThatDoNotStartHereOrLeaveTheCategory) {

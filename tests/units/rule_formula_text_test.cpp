@@ -1,0 +1,89 @@
+// The printed formula of a rule: the fast search must write, byte for byte,
+// the text that trying every precision of every nearby multiplier writes, for
+// rules of every kind (random doubles, short decimals, their reciprocals and
+// products as completion derives them, with and without addends) and for
+// every rule of the shipped catalogue once completed.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "quantor/quantor.h"
+#include "units/rule_formula_reference.h"
+#include "units/rule_formula_text.h"
+
+namespace {
+
+// A short decimal such as 0.0254, 1.8 or 4840.
+double ShortDecimal(std::mt19937_64& random) {
+    std::uniform_int_distribution<int> mantissa(1, 99999), exponent(-9, 9);
+    return mantissa(random) * std::pow(10.0, exponent(random));
+}
+
+double RandomFactor(std::mt19937_64& random) {
+    std::uniform_int_distribution<int> kind(0, 4);
+    std::uniform_real_distribution<double> exponent(-30.0, 30.0);
+    switch (kind(random)) {
+        case 0: return std::pow(10.0, exponent(random));
+        case 1: return ShortDecimal(random);
+        case 2: return 1.0 / ShortDecimal(random);
+        case 3: return ShortDecimal(random) * ShortDecimal(random) / ShortDecimal(random);
+        default: return -ShortDecimal(random);
+    }
+}
+
+double RandomAddend(std::mt19937_64& random) {
+    std::uniform_int_distribution<int> kind(0, 3);
+    switch (kind(random)) {
+        case 0: return 0.0;
+        case 1: return ShortDecimal(random) / ShortDecimal(random);
+        case 2: return -ShortDecimal(random);
+        default: return std::uniform_real_distribution<double>(-1e6, 1e6)(random);
+    }
+}
+
+TEST(RuleFormulaText, WritesTheSameTextAsTryingEveryPrecision) {
+    std::mt19937_64 random(20240611);
+    for (int i = 0; i < 4000; ++i) {
+        const double factor = RandomFactor(random), addend = RandomAddend(random);
+        ASSERT_EQ(quantor::detail::RuleFormulaText(factor, addend), reference::RuleFormulaText(factor, addend))
+            << "factor " << factor << " addend " << addend;
+    }
+    for (double factor : {1.0, -1.0, 1e-300, 1e300, 5e-324, 0.1, 3.0, 1.0 / 3.0, 1.8, 1.0 / 1.8}) {
+        for (double addend : {0.0, -0.0, 32.0, -32.0 / 1.8, 273.15, std::nan(""), HUGE_VAL}) {
+            EXPECT_EQ(quantor::detail::RuleFormulaText(factor, addend), reference::RuleFormulaText(factor, addend))
+                << "factor " << factor << " addend " << addend;
+        }
+    }
+}
+
+TEST(RuleFormulaText, WritesEveryRuleOfTheShippedCatalogueAsBefore) {
+    QtrAdminDscr admin;
+    const std::string folder = QUANTOR_TEST_DATA_DIR "/unitsandcurrencies/";
+    for (const char* file : {"unit_dscr.txt", "curr_dscr_edy.txt", "curr_dscr_america.txt"}) {
+        const std::string path = folder + file;
+        ASSERT_TRUE(admin.Import_Parse(std::wstring(path.begin(), path.end()).c_str())) << path;
+    }
+    std::vector<const QtrCategoryBase*> categories;
+    admin.CategPtrs(categories);
+    int compared = 0;
+    for (const QtrCategoryBase* category : categories) {
+        std::vector<const QtrUnitBase*> units;
+        category->UnitPtrs(units);
+        for (const QtrUnitBase* source : units) {
+            for (const QtrUnitBase* target : units) {
+                const QtrConvInfoBase* rule = source->ConvInfo(target);
+                if (!rule) continue;
+                ++compared;
+                ASSERT_EQ(quantor::detail::RuleFormulaText(rule->Factor(), rule->Addend()),
+                          reference::RuleFormulaText(rule->Factor(), rule->Addend()))
+                    << source->Name() << " -> " << target->Name();
+            }
+        }
+    }
+    EXPECT_GT(compared, 100);
+}
+
+}  // namespace
