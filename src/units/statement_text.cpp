@@ -8,8 +8,8 @@
 #include <cmath>
 #include <string>
 
-#include "dscr/token.h"
 #include "etc/diag_log.h"
+#include "etc/name_chars.h"
 
 namespace quantor::detail {
 namespace {
