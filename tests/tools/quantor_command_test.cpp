@@ -215,14 +215,25 @@ TEST(QuantorCheck, ShowsEachFindingAtItsPlaceAcrossFilesReadInOrder) {
 
     const CommandResult failed = Quantor({"check", good.string(), bad.string()});
     EXPECT_EQ(failed.status, 1);
-    EXPECT_EQ(failed.out, bad.string() + ":4:16: error: The defaultintern statement must name a unit declared before it in "
-                                         "this category. Declare the unit first or correct the name.\n"
-                                         "    \tdefaultintern zz;\n"
-                                         "    \t              ^\n"
-                                         "failed: 1 error, 0 warnings in 2 files\n");
+    EXPECT_EQ(failed.out.substr(0, failed.out.find('\n', failed.out.find('^')) + 1),
+              bad.string() + ":4:16: error: 'zz' is not a unit of category 'Bad' declared before this statement. "
+                             "Declare it with a unit statement first, or correct the name.\n"
+                             "    \tdefaultintern zz;\n"
+                             "    \t              ^\n");
+    EXPECT_NE(failed.out.find("\nfailed: 1 error, 1 warning in 2 files\n"), std::string::npos) << failed.out;
+
+    // Warnings alone pass, unless --strict.
+    const fs::path warned = FileWrite(folder.path / "warned.txt", "category W\n{\n\tunit aa;\n}\n");
+    const CommandResult lenient = Quantor({"check", warned.string()});
+    EXPECT_EQ(lenient.status, 0);
+    EXPECT_NE(lenient.out.find(warned.string() + ":1:10: warning: "), std::string::npos) << lenient.out;
+    EXPECT_NE(lenient.out.find("    category W\n             ^\nok: 0 errors, 1 warning in 1 file\n"), std::string::npos);
+    EXPECT_EQ(Quantor({"check", "--strict", warned.string()}).status, 1);
+
     const json report = json::parse(Quantor({"check", "--json", bad.string(), good.string()}).out);
     EXPECT_EQ(report["passed"], false);
     EXPECT_EQ(report["errors"], 1);
+    EXPECT_EQ(report["warnings"], 1);
     EXPECT_EQ(report["findings"][0]["line"], 4);
     EXPECT_EQ(report["findings"][0]["column"], 16);
     EXPECT_EQ(report["findings"][0]["severity"], "error");
