@@ -10,6 +10,7 @@
 #include <string>
 
 #include "etc/utf8.h"
+#include "quantor/admin.h"
 #include "quantor/admin_dscr.h"
 #include "quantor/names.h"
 

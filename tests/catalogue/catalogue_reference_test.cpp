@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "etc/utf8.h"
+#include "quantor/admin.h"
 #include "quantor/admin_dscr.h"
 #include "quantor/category.h"
 #include "quantor/translation.h"

@@ -4,7 +4,7 @@
 
 #include <initializer_list>
 
-#include "quantor/admin_dscr.h"
+#include "quantor/admin.h"
 #include "quantor/category.h"
 #include "quantor/unit.h"
 
