@@ -1,5 +1,7 @@
 // quantor check: reads description files in order into one administration,
-// as the defaults do, and shows every finding at its place.
+// as the defaults do, and shows every finding at its place. Without files it
+// checks the files the default administration reads, as the settings (and
+// --units-dir and --region) select them.
 #include "check_report.h"
 #include "command.h"
 #include "session.h"
@@ -40,10 +42,20 @@ std::string Count(size_t count, const char* noun) {
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
+std::vector<std::string> DefaultFiles() {
+    std::vector<std::string> files;
+    for (const std::wstring& file : QtrDefaultDescriptionFiles()) files.push_back(Utf8(file));
+    return files;
+}
+
 }  // namespace
 
 int CheckRun(Session& session, const Invocation& invocation) {
-    const std::vector<std::string>& files = invocation.args;
+    const std::vector<std::string> files = invocation.args.empty() ? DefaultFiles() : invocation.args;
+    if (files.empty()) {
+        ErrorLine("the settings name no description files to check");
+        return kExitFailed;
+    }
     CheckReport report;
     const bool loaded = FilesCheck(files, report);
     const bool passed = loaded && report.Errors() == 0 && (!invocation.Has("--strict") || report.Warnings() == 0);

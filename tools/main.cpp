@@ -41,12 +41,12 @@ const CommandSpec kCommands[] = {
      "one result per line; a line that fails is reported on stderr with its line\n"
      "number, leaves an empty output line, and makes the exit status 1.\n",
      kConvertOptions, 0, 3, ConvertRun},
-    {"check", "FILE...", "check description files and show every finding at its place",
+    {"check", "[FILE...]", "check description files and show every finding at its place",
      "Reads the files in the given order into one catalogue, as the defaults do, and\n"
      "prints each finding as file:line:column: error|warning: message, with the\n"
-     "source line and a caret. Exit status 1 on any error (with --strict, on any\n"
-     "warning too).\n",
-     kCheckOptions, 1, kMany, CheckRun},
+     "source line and a caret. Without FILE it checks the files of the default\n"
+     "catalogue. Exit status 1 on any error (with --strict, on any warning too).\n",
+     kCheckOptions, 0, kMany, CheckRun},
     {"info", "NAME", "show a unit or category with its default units and rules",
      "For a unit: its category, display name, the category's default units and every\n"
      "rule from and to the unit. For a category: its default units and its units.\n",

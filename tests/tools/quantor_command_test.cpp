@@ -238,6 +238,12 @@ TEST(QuantorCheck, ShowsEachFindingAtItsPlaceAcrossFilesReadInOrder) {
     EXPECT_EQ(report["findings"][0]["column"], 16);
     EXPECT_EQ(report["findings"][0]["severity"], "error");
 
+    // Without files: the files of the default catalogue, region file included.
+    ExpectOutput(Quantor({"check", "--region", "america"}), "ok: 0 errors, 0 warnings in 3 files\n");
+    const CommandResult empty = Quantor({"check", "--units-dir", folder.path.string()});
+    EXPECT_EQ(empty.status, 1);
+    EXPECT_NE(empty.out.find("unit_dscr.txt: error: The file was not found"), std::string::npos) << empty.out;
+
     const CommandResult missing = Quantor({"check", (folder.path / "missing.txt").string()});
     EXPECT_EQ(missing.status, 1);
     EXPECT_NE(missing.out.find("missing.txt: error: The file was not found"), std::string::npos) << missing.out;
