@@ -28,6 +28,10 @@ run convert 98.6 degF
 run convert --digits 4,2 1234.5 m km
 run convert 1 metter ft
 run convert 1 m kg
+run convert 60 mph km/h
+run convert 70 fahrenheit celsius
+run --lang de convert 3 Fuß m
+run --lang de convert 5 Pfund kg
 printf '\n$ printf ... | quantor convert -\n'
 printf '2.5 km m\n26.2 mi km\nabc m ft\n12 inch cm\n' | "$quantor" convert - || printf '(exit status %d)\n' "$?"
 run info degF

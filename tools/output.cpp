@@ -98,7 +98,7 @@ JsonWriter& JsonWriter::String(std::string_view text) {
 JsonWriter& JsonWriter::Number(double value) {
     if (!std::isfinite(value)) return Null();
     ValueStart();
-    NumberAppend(out_, value);
+    NumberAppendExact(out_, value);
     return *this;
 }
 

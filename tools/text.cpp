@@ -61,13 +61,17 @@ bool NumberRead(std::string_view text, double& value) {
 }
 
 void NumberAppend(std::string& out, double value) {
-    // Plain decimals for the magnitudes people write that way, exponents
-    // beyond them; either way the fewest digits that read back exactly.
-    const double magnitude = std::fabs(value);
-    const bool plain = magnitude == 0.0 || (magnitude >= 1e-6 && magnitude < 1e16);
+    // Fifteen significant digits are the ones every double holds faithfully;
+    // the sixteenth and seventeenth would show binary noise (3 ft = 0.9144 m,
+    // not 0.9144000000000001 m). Exponents as printf's %g writes them.
     char digits[64];
-    const auto result = std::to_chars(digits, digits + sizeof digits, value,
-                                      plain ? std::chars_format::fixed : std::chars_format::scientific);
+    const auto result = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::general, 15);
+    out.append(digits, result.ptr);
+}
+
+void NumberAppendExact(std::string& out, double value) {
+    char digits[64];
+    const auto result = std::to_chars(digits, digits + sizeof digits, value);
     out.append(digits, result.ptr);
 }
 

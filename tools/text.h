@@ -19,11 +19,15 @@ std::wstring Wide(std::string_view text);
 // "1,5", "1/3", "0x10", "2.5abc", "inf" and "1e400" are refused.
 bool NumberRead(std::string_view text, double& value);
 
-// The shortest text that reads back as `value`: "2500", "0.0005", and with
-// an exponent below 1e-6 and from 1e16 on ("1e+20").
+// `value` for a person: at most 15 significant digits, as %.15g writes them
+// ("2500", "0.9144", "5e-05", "1e+20").
 std::string NumberText(double value);
 
 // Appends NumberText(value) to `out` without a temporary string.
 void NumberAppend(std::string& out, double value);
+
+// Appends the shortest text that reads back exactly as `value`, for
+// machine-readable output.
+void NumberAppendExact(std::string& out, double value);
 
 }  // namespace quantor_cli
