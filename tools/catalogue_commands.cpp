@@ -60,10 +60,18 @@ std::vector<const QtrConvInfoBase*> RulesOf(const QtrUnitBase& unit, bool fromUn
     return rules;
 }
 
-void UnitInfoText(Session& session, const QtrUnitBase& unit) {
+// "a, b, c", or "-" for none.
+std::string ListText(const std::vector<std::string>& items) {
+    std::string text;
+    for (const std::string& item : items) text += (text.empty() ? "" : ", ") + item;
+    return text.empty() ? "-" : text;
+}
+
+void UnitInfoText(Session& session, const QtrUnitBase& unit, const std::vector<std::string>& synonyms) {
     const QtrCategoryBase& category = *unit.Category();
     Out().Line(Utf8(unit.Name()) + ": a unit of " + Utf8(category.Name()));
     Out().Line("  display name:          " + Utf8(session.DisplayName(unit)));
+    Out().Line("  synonyms:              " + ListText(synonyms));
     Out().Line("  category's storage:    " + NameOf(category.DefaultInternUnitGet()));
     Out().Line("  category's display:    " + NameOf(category.DefaultSurfaceUnitGet()));
     for (const bool fromUnit : {true, false}) {
@@ -76,12 +84,12 @@ void UnitInfoText(Session& session, const QtrUnitBase& unit) {
     }
 }
 
-void UnitInfoJson(Session& session, const QtrUnitBase& unit) {
+void UnitInfoJson(Session& session, const QtrUnitBase& unit, const std::vector<std::string>& synonyms) {
     const QtrCategoryBase& category = *unit.Category();
     std::string out;
     JsonWriter json(out);
     json.BeginObject().Field("kind", "unit").Field("name", Utf8(unit.Name())).Field("category", Utf8(category.Name()));
-    json.Field("display", Utf8(session.DisplayName(unit)));
+    json.Field("display", Utf8(session.DisplayName(unit))).StringArray("synonyms", synonyms);
     json.Field("storage", NameOf(category.DefaultInternUnitGet())).Field("surface", NameOf(category.DefaultSurfaceUnitGet()));
     for (const bool fromUnit : {true, false}) {
         json.Key(fromUnit ? "rulesFrom" : "rulesTo").BeginArray();
@@ -92,7 +100,7 @@ void UnitInfoJson(Session& session, const QtrUnitBase& unit) {
     Out().Line(out);
 }
 
-void CategoryInfo(Session& session, const QtrCategoryBase& category) {
+void CategoryInfo(Session& session, const QtrCategoryBase& category, const std::vector<std::string>& synonyms) {
     std::vector<std::string> units;
     for (const QtrUnitBase* unit : UnitsOf(category)) units.push_back(Utf8(unit->Name()));
     if (session.Json()) {
@@ -103,6 +111,7 @@ void CategoryInfo(Session& session, const QtrCategoryBase& category) {
             .Field("name", Utf8(category.Name()))
             .Field("storage", NameOf(category.DefaultInternUnitGet()))
             .Field("surface", NameOf(category.DefaultSurfaceUnitGet()))
+            .StringArray("synonyms", synonyms)
             .StringArray("units", units)
             .EndObject();
         Out().Line(out);
@@ -111,6 +120,7 @@ void CategoryInfo(Session& session, const QtrCategoryBase& category) {
     std::string list;
     for (const std::string& unit : units) list += " " + unit;
     Out().Line(Utf8(category.Name()) + ": a category");
+    Out().Line("  synonyms:     " + ListText(synonyms));
     Out().Line("  storage unit: " + NameOf(category.DefaultInternUnitGet()));
     Out().Line("  display unit: " + NameOf(category.DefaultSurfaceUnitGet()));
     Out().Line("  units:" + list);
@@ -198,9 +208,10 @@ int InfoRun(Session& session, const Invocation& invocation) {
         const std::string name = Utf8(named.unit ? named.unit->Name() : named.category->Name());
         Out().Line(invocation.args[0] + " is a " + MatchText(named.match) + " of " + name);
     }
-    if (!named.unit) CategoryInfo(session, *named.category);
-    else if (session.Json()) UnitInfoJson(session, *named.unit);
-    else UnitInfoText(session, *named.unit);
+    const std::vector<std::string> synonyms = names->Synonyms(named);
+    if (!named.unit) CategoryInfo(session, *named.category, synonyms);
+    else if (session.Json()) UnitInfoJson(session, *named.unit, synonyms);
+    else UnitInfoText(session, *named.unit, synonyms);
     return kExitOk;
 }
 

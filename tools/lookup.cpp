@@ -34,6 +34,13 @@ Named NameLookup::Resolve(const std::string& typed) const {
     return named;
 }
 
+std::vector<std::string> NameLookup::Synonyms(const Named& named) const {
+    std::vector<std::string> synonyms;
+    const QtrResolvedName target{named.unit ? nullptr : named.category, named.unit, named.match};
+    for (const std::wstring& synonym : resolver_.Synonyms(target)) synonyms.push_back(Utf8(synonym));
+    return synonyms;
+}
+
 std::string NameLookup::UnknownMessage(const std::string& typed) const {
     std::string message = "no unit or category is named \"" + typed + "\"";
     const std::vector<std::wstring> suggestions = resolver_.Suggest(Wide(typed).c_str());

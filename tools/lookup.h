@@ -38,6 +38,9 @@ public:
     // its default surface unit; both ends must be of one category.
     bool PairFind(const std::string& from, const std::string& to, ConversionPair& pair, std::string& error) const;
 
+    // The synonyms of the unit, or without one the category, that `named` names.
+    std::vector<std::string> Synonyms(const Named& named) const;
+
 private:
     Named Resolve(const std::string& typed) const;
     std::string UnknownMessage(const std::string& typed) const;

@@ -186,7 +186,12 @@ TEST(QuantorCatalogue, ListsShowsAndPrints) {
     const CommandResult categories = Quantor({"categories"});
     EXPECT_EQ(categories.out.substr(0, categories.out.find('\n') + 1), "Length         storage m        display m\n");
     ExpectOutput(Quantor({"info", "Temperature"}),
-                 "Temperature: a category\n  storage unit: K\n  display unit: degC\n  units: K degC degF\n");
+                 "Temperature: a category\n  synonyms:     -\n  storage unit: K\n  display unit: degC\n  units: K degC "
+                 "degF\n");
+    const std::string feet = Quantor({"info", "feet"}).out;
+    EXPECT_EQ(feet.substr(0, feet.find("  category")),
+              "feet is a synonym of ft\nft: a unit of Length\n  display name:          ft\n"
+              "  synonyms:              feet, foot\n");
     const std::string info = Quantor({"info", "degF"}).out;
     EXPECT_EQ(info.substr(0, info.find('\n')), "degF: a unit of Temperature");
     EXPECT_NE(info.find("    degF -> degC     stated   x * 0.555555555555556 - 17.7777777777778\n"), std::string::npos)
