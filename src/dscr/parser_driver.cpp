@@ -4,21 +4,31 @@
 #include "dscr/parser_driver.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
 
 #include "dscr/grammar.tab.h"
+#include "dscr/tree_limits.h"
 #include "etc/diag_log.h"
+#include "etc/utf8.h"
 
 namespace {
 
-int NodeCount(const X_ParsNode* node) { return node ? 1 + NodeCount(node->Left()) + NodeCount(node->Right()) : 0; }
+using namespace quantor::detail;
 
 // The value of a tree that the simplifier may have reshaped.
 X_Expr Measured(X_ParsNodePtr tree) {
     if (!tree) return kNoExpr;
-    const X_Expr value{tree.get(), tree->Depth(), NodeCount(tree.get())};
+    const X_Expr value{tree.get(), tree->Depth(), tree->NodeCount()};
     tree.release();
     return value;
+}
+
+// The simplifier's work allowance for reading the file at `path`.
+uint64_t ParseWorkAllowance(const std::wstring& path) {
+    std::error_code error;
+    const uintmax_t bytes = std::filesystem::file_size(ToUtf8(path), error);
+    return kParseBaseWorkAllowance + (error ? 0 : kParseWorkPerByte * static_cast<uint64_t>(bytes));
 }
 
 }  // namespace
@@ -56,8 +66,10 @@ bool X_DscrParse::Formula(X_Expr& result, X_Expr target, X_Expr source) {
     return Operator(result, ND_CONVFORM, target, source);
 }
 
+// Once the file's work allowance is spent nothing is copied: every formula
+// from then on is reported as too complex by the simplifier anyway.
 X_Expr X_DscrParse::EmptyOperand() {
-    if (!lastReduction_.node) return Record(kNoExpr);
+    if (!lastReduction_.node || TreeWork_Exhausted()) return Record(kNoExpr);
     auto copy = std::make_unique<X_ParsNode>(*lastReduction_.node);
     return Record({copy.release(), lastReduction_.depth, lastReduction_.nodes});
 }
@@ -82,6 +94,7 @@ bool Parse_UnitdescrFile(QtrAdminStd* admin, const std::wstring& path) {
     parse.errors.fileName = parse.scanner.FileName();
     {
         const X_ParseStateScope scope(parse.errors);
+        const TreeWorkAllowance allowance(ParseWorkAllowance(parse.scanner.FileName()));
         yyparse(parse);
     }
     parse.scanner.Close();

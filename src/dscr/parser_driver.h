@@ -28,10 +28,11 @@ inline constexpr X_Expr kNoExpr{nullptr, -1, 0};
 
 class X_DscrParse {
 public:
-    // Deeper or larger expressions are refused: the tree code walks
-    // recursively, and the empty operand's copies could double a tree's size
-    // with every operator.
-    static constexpr int kMaxExpressionDepth = 1000;
+    // Deeper or larger expressions are refused: the simplifier recurses
+    // (within its own nesting limit, tree_limits.h), and the empty operand's
+    // copies could double a tree's size with every operator. Real formulas
+    // are less than 30 levels deep.
+    static constexpr int kMaxExpressionDepth = 200;
     static constexpr int kMaxExpressionNodes = 10000;
 
     explicit X_DscrParse(QtrAdminStd* admin) : actions(admin) {}
