@@ -26,6 +26,8 @@ constexpr const wchar_t* kTypeNames[] = {
 };
 constexpr int32_t kNamedTypes = static_cast<int32_t>(std::size(kTypeNames));
 
+constexpr int kMaxPrintIndent = 1000;
+
 std::atomic<uint32_t> gNextIdentity{1};
 thread_local uint64_t tTreeActivity = 0;
 
@@ -336,6 +338,8 @@ void X_ParsNode::SubExpr_Del(X_ParsNode* child) {
 
 // Right subtree, node, left subtree: a list of nodes still to print, each
 // either to be expanded into its three parts or, once expanded, to be written.
+// The indentation stops growing at kMaxPrintIndent blanks, so that the text
+// of a degenerate tree grows with its size, not with the square of its depth.
 void X_ParsNode::Print(int indent, const wchar_t* title) const {
     if (title) Trace_Write(L"X_ParsNode::Print: %s :\n", title);
     if (!Trace_IsActive()) return;
@@ -349,7 +353,7 @@ void X_ParsNode::Print(int indent, const wchar_t* title) const {
         const Pending item = pending.back();
         pending.pop_back();
         if (item.expanded) {
-            const size_t blanks = static_cast<size_t>(std::max(item.indent, 0));
+            const size_t blanks = static_cast<size_t>(std::clamp(item.indent, 0, kMaxPrintIndent));
             Trace_Write(L"%s %s\n", std::wstring(blanks, L' '), item.node->NodeText());
             continue;
         }

@@ -69,9 +69,9 @@ bool FormulaRefused(const X_ParsNode* formula, const wchar_t* message) {
     return false;
 }
 
-// What the walk down a source expression finds: the source unit's name, the
-// innermost multiplication or division and the innermost addition or
-// subtraction, and the sign changes on the way.
+// What the walk down a source expression finds: the source unit's name, its
+// one multiplication or division and its one addition or subtraction, and
+// the sign changes on the way.
 struct SourceShape {
     const X_ParsNode* name = nullptr;
     const X_ParsNode* factor = nullptr;
@@ -81,8 +81,17 @@ struct SourceShape {
     double sign = 1.0;
 };
 
+// Records `operand` as the factor or addend; false if one is there already
+// (the formula would mean more than one rule can hold) or it is no number.
+bool OperandTake(const X_ParsNode* operand, const X_ParsNode*& slot) {
+    if (slot || !operand || !operand->IsConstant()) return false;
+    slot = operand;
+    return true;
+}
+
 // Walks from `node` down the left operands to the source unit's name; false
-// when it meets a node it cannot pass (a number, for one) or runs out.
+// when it meets a node it cannot pass (a number, for one), a second factor or
+// addend, an operand that is no number, or runs out.
 bool SourceWalk(const X_ParsNode* node, SourceShape& shape) {
     for (; node; node = node->Left()) {
         switch (node->Type()) {
@@ -90,13 +99,13 @@ bool SourceWalk(const X_ParsNode* node, SourceShape& shape) {
                 shape.divide = true;
                 [[fallthrough]];
             case ND_MULT:
-                shape.factor = node->Right();
+                if (!OperandTake(node->Right(), shape.factor)) return false;
                 break;
             case ND_MINUS:
                 shape.subtract = true;
                 [[fallthrough]];
             case ND_PLUS:
-                shape.addend = node->Right();
+                if (!OperandTake(node->Right(), shape.addend)) return false;
                 break;
             case ND_UNMINUS:
                 shape.sign = -shape.sign;
@@ -109,6 +118,13 @@ bool SourceWalk(const X_ParsNode* node, SourceShape& shape) {
         }
     }
     return false;
+}
+
+// Whether a rule made from factor f and addend a stores usable numbers: its
+// factor 1/f is finite and not zero, its addend a/f finite.
+bool IsStorableRule(double factor, double addend) {
+    const double storedFactor = 1.0 / factor;
+    return std::isfinite(storedFactor) && storedFactor != 0.0 && std::isfinite(addend / factor);
 }
 
 // Gives the current rule its units and formula and hands it to the source
@@ -191,13 +207,18 @@ bool Conv_GetFromRight(const X_ParsNode* formula, std::wstring& target, std::wst
     SourceShape shape;
     if (!SourceWalk(formula->Right(), shape) || shape.name->Name().empty())
         return FormulaRefused(formula, L"Conv_GetFromRight(): error in formula\n");
-    source = shape.name->Name();
-    if (shape.addend) addend = shape.subtract ? -shape.addend->Value() : shape.addend->Value();
-    factor = shape.sign;
+    double readAddend = 0.0;
+    double readFactor = shape.sign;
+    if (shape.addend) readAddend = shape.subtract ? -shape.addend->Value() : shape.addend->Value();
     if (shape.factor) {
-        factor *= shape.factor->Value();
-        if (shape.divide) factor = 1.0 / factor;
+        readFactor *= shape.factor->Value();
+        if (shape.divide) readFactor = 1.0 / readFactor;
     }
+    if (!IsStorableRule(readFactor, readAddend))
+        return FormulaRefused(formula, L"Conv_GetFromRight(): error in formula\n");
+    source = shape.name->Name();
+    factor = readFactor;
+    addend = readAddend;
     target = formula->Left()->Name();
     return true;
 }
