@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <new>
 #include <vector>
 
 #include "dscr/parse_error.h"
@@ -27,9 +28,13 @@ Std* Changeable(const Base* object) {
     return const_cast<Std*>(dynamic_cast<const Std*>(object));
 }
 
-// Offers `category` to the administration; true when it holds it afterwards.
+// Offers `category` to the administration; true when it holds it afterwards,
+// also when the offer ran out of memory half way.
 bool AdminTakes(QtrAdminStd& admin, QtrCategoryBase* category) {
-    admin.Categ_Add(category);
+    try {
+        admin.Categ_Add(category);
+    } catch (const std::bad_alloc&) {
+    }
     std::vector<const QtrCategoryBase*> held;
     admin.CategPtrs(held);
     return std::ranges::find(held, category) != held.end();
@@ -145,7 +150,15 @@ void RuleHandOver(X_ActionState& state, const std::wstring& target, const std::w
 
 X_ActionState::X_ActionState(QtrAdminStd* administration) : admin(administration) {}
 
-X_ActionState::~X_ActionState() { CategoryHandOver(*this); }
+// Without memory to find out whether the administration took the category,
+// the category is left to it rather than freed twice.
+X_ActionState::~X_ActionState() {
+    try {
+        CategoryHandOver(*this);
+    } catch (const std::bad_alloc&) {
+        (void)newCategory.release();
+    }
+}
 
 void Cat_Begin(X_ActionState& state, X_ParsNodePtr name, X_ParsNodePtr /*value*/) {
     state.defaultIntern = nullptr;
@@ -170,7 +183,16 @@ void Cat_DefaultSurface(X_ActionState& state, X_ParsNodePtr name) {
 
 void Unit_Begin(X_ActionState& state, X_ParsNodePtr name, X_ParsNodePtr /*value*/) {
     auto unit = std::make_unique<QtrUnitStd>(state.category, NameText(name.get()).c_str());
-    const int added = state.category->UnitAdd(unit.get());
+    int added = 0;
+    try {
+        added = state.category->UnitAdd(unit.get());
+    } catch (const std::bad_alloc&) {
+        // The category may hold the unit already when its name index ran out.
+        std::vector<const QtrUnitBase*> held;
+        state.category->UnitPtrs(held);
+        if (std::ranges::find(held, unit.get()) != held.end()) (void)unit.release();
+        throw;
+    }
     if (added > 0)
         unit.release();
     else if (added < 0)
