@@ -8,6 +8,7 @@
 #include "dscr/pars_node.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <iterator>
 #include <new>
@@ -42,20 +43,47 @@ double HexTokenValue(const std::wstring& text) {
 
 X_ParsNodePtr CopyOf(const X_ParsNodePtr& node) { return node ? std::make_unique<X_ParsNode>(*node) : nullptr; }
 
+// The nodes a walk has still to visit, last in first out. The first few are
+// kept in the walk's own frame, so that walks over small trees, the common
+// case, allocate nothing.
+template <class T>
+class PendingStack {
+public:
+    explicit PendingStack(T first) { Push(first); }
+    void Push(T item) {
+        if (inlineCount_ < kInline)
+            inline_[inlineCount_++] = item;
+        else
+            overflow_.push_back(item);
+    }
+    T Pop() {
+        if (overflow_.empty()) return inline_[--inlineCount_];
+        T item = overflow_.back();
+        overflow_.pop_back();
+        return item;
+    }
+    bool Empty() const { return inlineCount_ == 0 && overflow_.empty(); }
+
+private:
+    static constexpr size_t kInline = 32;
+    std::array<T, kInline> inline_{};
+    size_t inlineCount_ = 0;
+    std::vector<T> overflow_;
+};
+
 // Visits the nodes of a tree in pre-order (node, left subtree, right
 // subtree) until `visit` answers true; the node it stopped at, or null.
 template <class Node, class Visit>
 Node* PreOrderFind(Node* root, Visit visit) {
-    std::vector<Node*> pending{root};
+    PendingStack<Node*> pending(root);
     uint64_t visited = 0;
     Node* found = nullptr;
-    while (!pending.empty() && !found) {
-        Node* node = pending.back();
-        pending.pop_back();
+    while (!pending.Empty() && !found) {
+        Node* node = pending.Pop();
         ++visited;
         if (visit(*node)) found = node;
-        if (node->Right()) pending.push_back(node->Right());
-        if (node->Left()) pending.push_back(node->Left());
+        if (node->Right()) pending.Push(node->Right());
+        if (node->Left()) pending.Push(node->Left());
     }
     quantor::detail::TreeWork_Charge(visited);
     return found;
@@ -100,15 +128,14 @@ X_ParsNode::X_ParsNode(TE_PNodeId id, X_ParsNodePtr left, X_ParsNodePtr right)
 // Copies the fields first, then the children level by level from a list of
 // (source, copy) pairs still to be filled in.
 X_ParsNode::X_ParsNode(const X_ParsNode& other) : X_ParsNode(FieldsOnly{}, other) {
-    std::vector<std::pair<const X_ParsNode*, X_ParsNode*>> pending{{&other, this}};
+    PendingStack<std::pair<const X_ParsNode*, X_ParsNode*>> pending({&other, this});
     uint64_t copied = 1;
-    while (!pending.empty()) {
-        const auto [from, to] = pending.back();
-        pending.pop_back();
+    while (!pending.Empty()) {
+        const auto [from, to] = pending.Pop();
         for (auto [source, copy] : {std::pair{&from->left_, &to->left_}, std::pair{&from->right_, &to->right_}}) {
             if (!*source) continue;
             *copy = std::unique_ptr<X_ParsNode>(new X_ParsNode(FieldsOnly{}, **source));
-            pending.emplace_back(source->get(), copy->get());
+            pending.Push({source->get(), copy->get()});
             ++copied;
         }
     }
@@ -252,16 +279,15 @@ TE_PNodeId X_ParsNode::Inv_NodeId() const {
 }
 
 int X_ParsNode::Depth() const {
-    std::vector<std::pair<const X_ParsNode*, int>> pending{{this, 0}};
+    PendingStack<std::pair<const X_ParsNode*, int>> pending({this, 0});
     int depth = 0;
     uint64_t visited = 0;
-    while (!pending.empty()) {
-        const auto [node, level] = pending.back();
-        pending.pop_back();
+    while (!pending.Empty()) {
+        const auto [node, level] = pending.Pop();
         ++visited;
         depth = std::max(depth, level);
-        if (node->left_) pending.emplace_back(node->left_.get(), level + 1);
-        if (node->right_) pending.emplace_back(node->right_.get(), level + 1);
+        if (node->left_) pending.Push({node->left_.get(), level + 1});
+        if (node->right_) pending.Push({node->right_.get(), level + 1});
     }
     quantor::detail::TreeWork_Charge(visited);
     return depth;
@@ -348,18 +374,17 @@ void X_ParsNode::Print(int indent, const wchar_t* title) const {
         int indent;
         bool expanded;
     };
-    std::vector<Pending> pending{{this, indent, false}};
-    while (!pending.empty()) {
-        const Pending item = pending.back();
-        pending.pop_back();
+    PendingStack<Pending> pending({this, indent, false});
+    while (!pending.Empty()) {
+        const Pending item = pending.Pop();
         if (item.expanded) {
             const size_t blanks = static_cast<size_t>(std::clamp(item.indent, 0, kMaxPrintIndent));
             Trace_Write(L"%s %s\n", std::wstring(blanks, L' '), item.node->NodeText());
             continue;
         }
-        if (item.node->left_) pending.push_back({item.node->left_.get(), item.indent + 5, false});
-        pending.push_back({item.node, item.indent, true});
-        if (item.node->right_) pending.push_back({item.node->right_.get(), item.indent + 5, false});
+        if (item.node->left_) pending.Push({item.node->left_.get(), item.indent + 5, false});
+        pending.Push({item.node, item.indent, true});
+        if (item.node->right_) pending.Push({item.node->right_.get(), item.indent + 5, false});
     }
 }
 

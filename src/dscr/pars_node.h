@@ -137,7 +137,8 @@ public:
     std::wstring NodeText() const;
 
     // Simplifies the tree in place until nothing changes; the number of
-    // changes, or -1 when it stopped at the bound on the number of rounds.
+    // changes, or -1 when it stopped at the bound on the number of rounds or
+    // at the simplifier's limits (tree_limits.h, "formula too complex").
     int Tree_Opt();
 
     // Tree surgery for the simplifier. Every edit of a node clears its

@@ -21,11 +21,12 @@ inline constexpr int kMaxTreeNesting = 300;
 
 // The work one Tree_Opt may do, and what a parse grants all its formulas
 // together: a base for the smallest file plus a share for every byte. A unit
-// costs a few nanoseconds, so a file costs at most about a second per
-// megabyte; the formulas of real catalogues need less than a hundredth of
-// their share.
-inline constexpr uint64_t kFormulaWorkAllowance = 50'000'000;
-inline constexpr uint64_t kParseBaseWorkAllowance = 50'000'000;
+// costs about ten nanoseconds in a release build, so a file costs at most
+// about half a second per megabyte and a tiny file some 40 ms. A valid
+// formula of three hundred terms needs about 100000 units; a sum of a
+// hundred unit names, which no rule can hold, meets the bound.
+inline constexpr uint64_t kFormulaWorkAllowance = 2'000'000;
+inline constexpr uint64_t kParseBaseWorkAllowance = 4'000'000;
 inline constexpr uint64_t kParseWorkPerByte = 40;
 // What an error report costs beyond the nodes it visits, and what a node
 // copy costs: both take far longer than a visit.
