@@ -66,7 +66,8 @@ public:
 
 private:
     static constexpr size_t kInline = 32;
-    std::array<T, kInline> inline_{};
+    // Left uninitialised: only the entries below inlineCount_ are read.
+    std::array<T, kInline> inline_;
     size_t inlineCount_ = 0;
     std::vector<T> overflow_;
 };

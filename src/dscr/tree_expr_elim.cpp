@@ -12,8 +12,8 @@
 namespace quantor::detail {
 
 bool IsEqualExpr(const X_ParsNode* a, const X_ParsNode* b) {
-    const TreeNestingLevel level;
-    if (!TreeStep_Allowed()) return false;
+    const TreeStep step;
+    if (!step.Allowed()) return false;
     if (!a || !b) return !a && !b;
     if (a->IsLeaf() && b->IsLeaf()) return a->IsConstant() ? TreeValuesEqual(a->Value(), b->Value()) : a->Name() == b->Name();
     if (a->Type() == ND_UNMINUS) return IsNegatedExpr(a->Left(), b);
@@ -24,8 +24,8 @@ bool IsEqualExpr(const X_ParsNode* a, const X_ParsNode* b) {
 }
 
 bool IsNegatedExpr(const X_ParsNode* a, const X_ParsNode* b) {
-    const TreeNestingLevel level;
-    if (!TreeStep_Allowed()) return false;
+    const TreeStep step;
+    if (!step.Allowed()) return false;
     if (!a || !b) return !a && !b;
     if (a->IsConstant() && b->IsConstant()) return TreeValuesEqual(a->Value(), -b->Value());
     if (a->Type() == ND_UNMINUS) return IsEqualExpr(a->Left(), b);
@@ -62,8 +62,8 @@ bool IsReciprocalExpr(const X_ParsNode* a, const X_ParsNode* b) {
 }
 
 std::optional<CancelPair> FindCancelPair(X_ParsNode* left, X_ParsNode* right, X_ParsNode::NodeMatcher matches) {
-    const TreeNestingLevel level;
-    if (!left || !right || !TreeStep_Allowed()) return std::nullopt;
+    const TreeStep step;
+    if (!left || !right || !step.Allowed()) return std::nullopt;
     CancelPair pair;
     if (right->FindNode(left, matches, pair.parentB, pair.b)) {
         pair.a = left;
@@ -100,8 +100,8 @@ X_ParsNode::NodeMatcher CancelMatcher(TE_PNodeId type) {
 // Clears the fixed-point marks (see tree_opt.cpp) on the path from `from`
 // down to `target`: an edit of `target` changes every subtree on the way.
 bool FixedPointMarksClear(X_ParsNode* from, const X_ParsNode* target) {
-    const TreeNestingLevel level;
-    if (!from || !TreeStep_Allowed()) return false;
+    const TreeStep step;
+    if (!from || !step.Allowed()) return false;
     if (from != target && !FixedPointMarksClear(from->Left(), target) && !FixedPointMarksClear(from->Right(), target))
         return false;
     from->SetFixedPointMark(0);

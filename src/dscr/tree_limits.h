@@ -56,13 +56,6 @@ inline bool TreeLimit_Reached() {
     return limits.workLeft == 0 || limits.nestingExceeded;
 }
 
-// Charges one unit for a step of a recursive walk; false when the walk must
-// stop.
-inline bool TreeStep_Allowed() {
-    TreeWork_Charge(1);
-    return !TreeLimit_Reached();
-}
-
 // Grants this thread at most `units` of work while it lives, out of the
 // allowance in force (if any), which is charged with what was spent.
 class TreeWorkAllowance {
@@ -77,17 +70,28 @@ private:
     uint64_t granted_;
 };
 
-// One level of the simplifier's recursion; past kMaxTreeNesting levels it
-// marks the limit reached.
-class TreeNestingLevel {
+// One step of the simplifier's recursion: a level of nesting, which past
+// kMaxTreeNesting levels marks the limit reached, and a unit of work.
+class TreeStep {
 public:
-    TreeNestingLevel() {
-        TreeLimitState& limits = TreeLimits();
-        if (++limits.nesting > kMaxTreeNesting) limits.nestingExceeded = true;
+    TreeStep() : limits_(TreeLimits()) {
+        if (++limits_.nesting > kMaxTreeNesting) limits_.nestingExceeded = true;
+        Charge();
     }
-    ~TreeNestingLevel() { --TreeLimits().nesting; }
-    TreeNestingLevel(const TreeNestingLevel&) = delete;
-    TreeNestingLevel& operator=(const TreeNestingLevel&) = delete;
+    ~TreeStep() { --limits_.nesting; }
+    TreeStep(const TreeStep&) = delete;
+    TreeStep& operator=(const TreeStep&) = delete;
+
+    // Whether the walk may go on.
+    bool Allowed() const { return limits_.workLeft != 0 && !limits_.nestingExceeded; }
+    // Charges one more unit of work; whether the walk may go on.
+    bool Charge() {
+        if (limits_.workLeft != UINT64_MAX && limits_.workLeft != 0) --limits_.workLeft;
+        return Allowed();
+    }
+
+private:
+    TreeLimitState& limits_;
 };
 
 }  // namespace quantor::detail

@@ -97,13 +97,13 @@ RoundCounts Tree_OptRound(X_ParsNode& node, TreeOptimizer optimize) {
 
 int Tree_OptMarked(X_ParsNode& node) {
     if (node.FixedPointMark() == tRunNumber) return 0;
-    const TreeNestingLevel level;
-    if (!TreeStep_Allowed()) return 0;
+    TreeStep step;
+    if (!step.Allowed()) return 0;
     const int bound = node.Depth() + 1;
     int changes = 0;
     int rounds = 0;
     while (rounds <= bound) {
-        if (!TreeStep_Allowed()) return changes;
+        if (!step.Charge()) return changes;
         const uint64_t activityBefore = TreeActivityCount();
         const RoundCounts counts = Tree_OptRound(node, Tree_OptMarked);
         changes += counts.Changes();
