@@ -36,6 +36,14 @@ ensure_german_locale() {
     $SUDO localedef -i de_DE -c -f UTF-8 de_DE.UTF-8
 }
 
+# The file-search tests switch to a Turkish locale, whose dotless i must not
+# change how letter case is folded.
+ensure_turkish_locale() {
+    grep -qix 'tr_TR\.utf-\?8' <<<"$(locale -a 2>/dev/null)" && return 0
+    log "generating the tr_TR.UTF-8 locale"
+    $SUDO localedef -i tr_TR -c -f UTF-8 tr_TR.UTF-8
+}
+
 # Runs a named stage and records how long it took.
 stage() {
     local name=$1 start=$SECONDS
@@ -126,6 +134,7 @@ package_stage() {
 ensure_packages "${TOOL_PACKAGES[@]}"
 ensure_clang_runtime
 ensure_german_locale
+ensure_turkish_locale
 
 stage release release_stage
 stage docs docs_stage

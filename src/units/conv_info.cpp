@@ -79,6 +79,17 @@ void QtrConvInfoStd::SetPreFmtshft(int shift) { preShift_ = shift; }
 void QtrConvInfoStd::SetPostFmtshft(int shift) { postShift_ = shift; }
 void QtrConvInfoStd::SetExplicit(bool isExplicit) { explicit_ = isExplicit; }
 
+namespace {
+
+// A derived rule keeps a finite factor other than zero and a finite addend:
+// a chain or an inverse that overflows or underflows would convert every
+// value to zero, infinity or NaN, so it is not made.
+bool IsStorableFormula(double factor, double addend) {
+    return std::isfinite(factor) && factor != 0.0 && std::isfinite(addend);
+}
+
+}  // namespace
+
 QtrConvInfoStd* QtrConvInfoStd::NewChain(const QtrConvInfoBase* outer, const QtrConvInfoBase* inner) {
     const QtrUnitBase* outerTarget = outer ? outer->TrgtUnit() : nullptr;
     const QtrUnitBase* outerSource = outer ? outer->SrcUnit() : nullptr;
@@ -91,8 +102,16 @@ QtrConvInfoStd* QtrConvInfoStd::NewChain(const QtrConvInfoBase* outer, const Qtr
                      NameForMessage(innerSource));
         return nullptr;
     }
+    const double factor = outer->Factor() * inner->Factor();
+    const double addend = outer->Factor() * inner->Addend() + outer->Addend();
+    if (!IsStorableFormula(factor, addend)) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"QtrConvInfoStd::NewChain([%s<=%s],[%s<=%s]): out of range\n",
+                     NameForMessage(outerTarget), NameForMessage(outerSource), NameForMessage(innerTarget),
+                     NameForMessage(innerSource));
+        return nullptr;
+    }
     auto* chain = new QtrConvInfoStd;
-    chain->SetFormula(outer->Factor() * inner->Factor(), outer->Factor() * inner->Addend() + outer->Addend());
+    chain->SetFormula(factor, addend);
     chain->SetUnits(outerTarget, innerSource);
     chain->SetPreFmtshft(ClampToInt(static_cast<long long>(outer->FmtPreDecpnt()) + inner->FmtPreDecpnt()));
     chain->SetPostFmtshft(ClampToInt(static_cast<long long>(outer->FmtPostDecpnt()) + inner->FmtPostDecpnt()));
@@ -102,6 +121,10 @@ QtrConvInfoStd* QtrConvInfoStd::NewChain(const QtrConvInfoBase* outer, const Qtr
 QtrConvInfoStd* QtrConvInfoStd::NewInverse() const {
     if (factor_ == 0.0) {
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrConvInfoStd::NewInverse(): Factor() == 0, impossible\n");
+        return nullptr;
+    }
+    if (!IsStorableFormula(1.0 / factor_, -addend_ / factor_)) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"QtrConvInfoStd::NewInverse(): 1 / Factor() out of range\n");
         return nullptr;
     }
     auto* inverse = new QtrConvInfoStd;
