@@ -7,10 +7,14 @@
 #include "etc/diag_log.h"
 #include "quantor/convinfo.h"
 #include "units/number_format.h"
+#include "units/number_text.h"
 #include "units/rule_formula_text.h"
 #include "units/statement_text.h"
 
-using quantor::detail::StatementName;
+using quantor::detail::AppendInteger;
+using quantor::detail::AppendRuleFormulaText;
+using quantor::detail::AppendStatementName;
+using quantor::detail::StatementWrite;
 
 namespace {
 
@@ -117,9 +121,17 @@ QtrConvInfoStd* QtrConvInfoStd::NewInverse() const {
 // number so that the statement reads back into the same rule.
 void QtrConvInfoStd::PrettyPrint(QtrTextFile* file) const {
     if (!target_ || !source_) return;
-    std::wstring text = L"\n\tconvert  " + StatementName(target_->Name()) + L"\t<- " + StatementName(source_->Name());
-    text += quantor::detail::RuleFormulaText(factor_, addend_);
-    if (preShift_ != 0 && postShift_ != 0) text += QtrFormat(L"\tformat %d, %d", preShift_, postShift_);
+    std::wstring text = L"\n\tconvert  ";
+    AppendStatementName(text, target_->Name());
+    text += L"\t<- ";
+    AppendStatementName(text, source_->Name());
+    AppendRuleFormulaText(text, factor_, addend_);
+    if (preShift_ != 0 && postShift_ != 0) {
+        text += L"\tformat ";
+        AppendInteger(text, preShift_);
+        text += L", ";
+        AppendInteger(text, postShift_);
+    }
     text += explicit_ ? L";\t// explicit\n" : L";\n";
-    quantor::detail::StatementWrite(file, text);
+    StatementWrite(file, text);
 }

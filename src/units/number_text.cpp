@@ -50,6 +50,11 @@ int FewestDigitsReadingAs(double value) {
     return exponent == "e+99" ? digits - 1 : digits;
 }
 
+void AppendInteger(std::wstring& out, int value) {
+    char chars[16];
+    AppendAscii(out, std::string_view(chars, static_cast<std::size_t>(std::to_chars(chars, chars + sizeof chars, value).ptr - chars)));
+}
+
 NumberText NumberTextShortest(double value) {
     return NumberTextMatching(value, [value](double read) { return read == value; }, FewestDigitsReadingAs(value));
 }

@@ -52,4 +52,7 @@ NumberText NumberTextMatching(double value, const Reproduces& reproduces, int fe
 // Appends ASCII `text` to a wide string.
 inline void AppendAscii(std::wstring& out, std::string_view text) { out.append(text.begin(), text.end()); }
 
+// Appends `value` in decimal ("%d") to a wide string.
+void AppendInteger(std::wstring& out, int value);
+
 }  // namespace quantor::detail

@@ -34,14 +34,24 @@ constexpr int kNeighbourSteps = 3;
 constexpr std::size_t kNearbyCount = 1 + 2 * kNeighbourSteps;
 using NearbyDoubles = std::array<double, kNearbyCount>;
 
+// The next double above or below `x`: for a finite, non-zero `x` the
+// neighbouring bit pattern, one step away from zero or towards it.
+double NextDouble(double x, bool up) {
+    if (x == 0.0 || !std::isfinite(x)) {
+        return std::nextafter(x, up ? std::numeric_limits<double>::infinity() : -std::numeric_limits<double>::infinity());
+    }
+    const auto bits = std::bit_cast<std::uint64_t>(x);
+    return std::bit_cast<double>(up == (x > 0.0) ? bits + 1 : bits - 1);
+}
+
 // `value` and its neighbours up to kNeighbourSteps doubles away, nearest first.
 NearbyDoubles NearbyDoublesOf(double value) {
     NearbyDoubles values{value};
     double up = value;
     double down = value;
     for (std::size_t step = 0; step < kNeighbourSteps; ++step) {
-        up = std::nextafter(up, std::numeric_limits<double>::infinity());
-        down = std::nextafter(down, -std::numeric_limits<double>::infinity());
+        up = NextDouble(up, true);
+        down = NextDouble(down, false);
         values[1 + 2 * step] = up;
         values[2 + 2 * step] = down;
     }
@@ -69,13 +79,6 @@ struct ReadBackCondition {
 template <class F>
 ReadBackCondition<F> MakeCondition(F f, double target, bool increasing) {
     return {f, target, increasing};
-}
-
-// The next double above or below a finite, non-zero `x`: the neighbouring bit
-// pattern, one step away from zero or towards it.
-double NextDouble(double x, bool up) {
-    const auto bits = std::bit_cast<std::uint64_t>(x);
-    return std::bit_cast<double>(up == (x > 0.0) ? bits + 1 : bits - 1);
 }
 
 // Steps from `start` towards the run where the condition holds: the first
@@ -277,12 +280,11 @@ private:
 
 }  // namespace
 
-std::wstring RuleFormulaText(double factor, double addend) {
+void AppendRuleFormulaText(std::wstring& text, double factor, double addend) {
     FactorClauses clauses(factor);
-    std::wstring text;
     if (addend == 0.0 || std::isnan(addend)) {
         clauses.At(0)->AppendTo(text);
-        return text;
+        return;
     }
     FailedMultipliers failed;
     for (std::size_t index = 0; const FactorClause* clause = clauses.At(index); ++index) {
@@ -291,7 +293,7 @@ std::wstring RuleFormulaText(double factor, double addend) {
             clause->AppendTo(text);
             text.append(AddendSign(addendClause->signedAddend));
             AppendAscii(text, addendClause->magnitude.View());
-            return text;
+            return;
         }
         failed.Add(clause->multiplier);
     }
@@ -300,7 +302,6 @@ std::wstring RuleFormulaText(double factor, double addend) {
     first.AppendTo(text);
     text.append(AddendSign(nearest));
     text.append(QtrFormat(L"%.17g", std::fabs(nearest)));
-    return text;
 }
 
 }  // namespace quantor::detail

@@ -22,14 +22,22 @@ void StatementWrite(QtrTextFile* file, const std::wstring& text) {
 }
 
 std::wstring StatementName(std::wstring_view name) {
-    if (IsPlainIdentifier(name)) return std::wstring(name);
-    std::wstring quoted = L"\"";
-    for (wchar_t c : name) {
-        if (NeedsEscape(c)) quoted += L'\\';
-        quoted += c;
+    std::wstring text;
+    AppendStatementName(text, name);
+    return text;
+}
+
+void AppendStatementName(std::wstring& text, std::wstring_view name) {
+    if (IsPlainIdentifier(name)) {
+        text.append(name);
+        return;
     }
-    quoted += L'"';
-    return quoted;
+    text += L'"';
+    for (wchar_t c : name) {
+        if (NeedsEscape(c)) text += L'\\';
+        text += c;
+    }
+    text += L'"';
 }
 
 }  // namespace quantor::detail

@@ -19,4 +19,7 @@ void StatementWrite(QtrTextFile* file, const std::wstring& text);
 // would start a comment).
 std::wstring StatementName(std::wstring_view name);
 
+// Appends StatementName(name) to `text`.
+void AppendStatementName(std::wstring& text, std::wstring_view name);
+
 }  // namespace quantor::detail

@@ -17,6 +17,12 @@
 
 namespace {
 
+std::wstring FormulaText(double factor, double addend) {
+    std::wstring text;
+    quantor::detail::AppendRuleFormulaText(text, factor, addend);
+    return text;
+}
+
 // A short decimal such as 0.0254, 1.8 or 4840.
 double ShortDecimal(std::mt19937_64& random) {
     std::uniform_int_distribution<int> mantissa(1, 99999), exponent(-9, 9);
@@ -49,13 +55,13 @@ TEST(RuleFormulaText, WritesTheSameTextAsTryingEveryPrecision) {
     std::mt19937_64 random(20240611);
     for (int i = 0; i < 4000; ++i) {
         const double factor = RandomFactor(random), addend = RandomAddend(random);
-        ASSERT_EQ(quantor::detail::RuleFormulaText(factor, addend), reference::RuleFormulaText(factor, addend))
+        ASSERT_EQ(FormulaText(factor, addend), reference::RuleFormulaText(factor, addend))
             << "factor " << factor << " addend " << addend;
     }
     for (double factor : {1.0, -1.0, 1e-300, 1e300, 5e-324, 0.1, 3.0, 1.0 / 3.0, 1.8, 1.0 / 1.8, 0.0, -0.0, HUGE_VAL,
                           std::nan(""), 1e-100, 1e100, 9.999999999999999e99}) {
         for (double addend : {0.0, -0.0, 32.0, -32.0 / 1.8, 273.15, std::nan(""), HUGE_VAL}) {
-            EXPECT_EQ(quantor::detail::RuleFormulaText(factor, addend), reference::RuleFormulaText(factor, addend))
+            EXPECT_EQ(FormulaText(factor, addend), reference::RuleFormulaText(factor, addend))
                 << "factor " << factor << " addend " << addend;
         }
     }
@@ -81,7 +87,7 @@ TEST(RuleFormulaText, WritesTheSameTextForDoublesOfTheWholeRange) {
     for (int i = 0; i < 1500; ++i) {
         const double factor = i % 2 ? AnyFiniteDouble(random) : ExtremeDecimal(random);
         const double addend = i % 3 ? AnyFiniteDouble(random) : ExtremeDecimal(random);
-        ASSERT_EQ(quantor::detail::RuleFormulaText(factor, addend), reference::RuleFormulaText(factor, addend))
+        ASSERT_EQ(FormulaText(factor, addend), reference::RuleFormulaText(factor, addend))
             << "factor " << factor << " addend " << addend;
     }
 }
@@ -104,7 +110,7 @@ TEST(RuleFormulaText, WritesEveryRuleOfTheShippedCatalogueAsBefore) {
                 const QtrConvInfoBase* rule = source->ConvInfo(target);
                 if (!rule) continue;
                 ++compared;
-                ASSERT_EQ(quantor::detail::RuleFormulaText(rule->Factor(), rule->Addend()),
+                ASSERT_EQ(FormulaText(rule->Factor(), rule->Addend()),
                           reference::RuleFormulaText(rule->Factor(), rule->Addend()))
                     << source->Name() << " -> " << target->Name();
             }
