@@ -2,6 +2,7 @@
 // with two number-format shifts, its composition with another rule, its
 // inverse, and its text as a `convert` statement.
 #include <climits>
+#include <cstddef>
 #include <cmath>
 
 #include "etc/diag_log.h"
@@ -116,12 +117,18 @@ QtrConvInfoStd* QtrConvInfoStd::NewInverse() const {
     return inverse;
 }
 
+// Room for a whole `convert` statement of usual names, so that it is built
+// with one allocation.
+constexpr std::size_t kStatementRoom = 128;
+
 // The statement describes one target unit in source units, the reverse of
 // the value conversion. A negative factor keeps its sign on the printed
 // number so that the statement reads back into the same rule.
 void QtrConvInfoStd::PrettyPrint(QtrTextFile* file) const {
     if (!target_ || !source_) return;
-    std::wstring text = L"\n\tconvert  ";
+    std::wstring text;
+    text.reserve(kStatementRoom);
+    text += L"\n\tconvert  ";
     AppendStatementName(text, target_->Name());
     text += L"\t<- ";
     AppendStatementName(text, source_->Name());

@@ -190,9 +190,10 @@ void AddFactorClausesOfForm(double factor, bool divides, FactorClauseList& claus
         if (!fewestDigits) fewestDigits = FewestQualifyingDigits(reproduces, candidate);
         // The shortest text may read back as another number that reproduces
         // the factor too; the candidate's own text keeps its multiplier.
-        const NumberText shortest = NumberTextMatching(candidate, reproduces, *fewestDigits);
+        const NumberTexts texts(candidate);
+        const NumberText shortest = NumberTextMatching(texts, reproduces, *fewestDigits);
         add(shortest);
-        if (shortest.readBack != candidate) add(NumberTextShortest(candidate));
+        if (shortest.readBack != candidate) add(NumberTextShortest(texts));
     }
     clauses.SortFrom(first);
 }
@@ -256,7 +257,7 @@ std::optional<AddendClause> ExactAddendClause(double addend, double multiplier) 
                           (sign > 0.0) == (multiplier > 0.0));
         std::optional<int>& fewest = fewestDigits[sign > 0.0 ? 1 : 0];
         if (!fewest) fewest = FewestQualifyingDigits(reproduces, sign * candidate);
-        const NumberText number = NumberTextMatching(sign * candidate, reproduces, *fewest);
+        const NumberText number = NumberTextMatching(NumberTexts(sign * candidate), reproduces, *fewest);
         if (!reproduces(number.readBack)) continue;
         if (!best || number.size < best->magnitude.size) best = AddendClause{candidate, number};
     }
