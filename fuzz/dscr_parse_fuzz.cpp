@@ -9,7 +9,7 @@
 #include <string>
 
 #include "etc/utf8.h"
-#include "quantor/admin.h"
+#include "quantor/admin_dscr.h"
 #include "quantor/sinks.h"
 #include "quantor/types.h"
 

@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
 # The test command. Installs the build tools it lacks (Debian, apt-get), then:
 #   1. release: g++, warnings as errors, benchmarks built, all tests;
-#   2. asan:    clang++, AddressSanitizer + UndefinedBehaviorSanitizer, Debug,
+#   2. docs:    docs/units.md is what the catalogue generates today;
+#   3. asan:    clang++, AddressSanitizer + UndefinedBehaviorSanitizer, Debug,
 #               fuzz targets built and their corpus replayed, all tests;
-#   3. tsan:    clang++, ThreadSanitizer, the tests whose names hold "Threads";
-#   4. package: installs the release build into build/install and builds and
+#   4. tsan:    clang++, ThreadSanitizer, the tests whose names hold "Threads";
+#   5. package: installs the release build into build/install and builds and
 #               runs tests/find-package against it with CMake and pkg-config.
 # Build trees live under build/. Any failure stops the script non-zero.
 set -euo pipefail
@@ -74,6 +75,15 @@ tsan_stage() {
     TSAN_OPTIONS=halt_on_error=1 run_tests build/tsan -R Threads --no-tests=ignore
 }
 
+# docs/units.md must be what the catalogue generates today.
+docs_stage() {
+    local generated
+    generated=$(mktemp)
+    scripts/units-doc.sh build/release "$generated"
+    diff -u docs/units.md "$generated" || { echo "docs/units.md is stale: run scripts/units-doc.sh" >&2; rm -f "$generated"; return 1; }
+    rm -f "$generated"
+}
+
 package_stage() {
     local prefix=$ROOT/build/install
     rm -rf "$prefix" build/consumer
@@ -102,6 +112,7 @@ ensure_clang_runtime
 ensure_german_locale
 
 stage release release_stage
+stage docs docs_stage
 stage asan asan_stage
 stage tsan tsan_stage
 stage package package_stage

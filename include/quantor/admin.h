@@ -82,12 +82,3 @@ private:
     std::unordered_map<std::wstring, IndexEntry, NameHash, std::equal_to<>> index_;
     bool valid_ = false;
 };
-
-// An administration read from unit description files.
-class QUANTOR_API QtrAdminDscr : public QtrAdminStd {
-public:
-    QtrAdminDscr() = default;
-    // Locates `path` with the file search and adds its catalogue to this
-    // administration; the result also becomes IsValid().
-    bool Import_Parse(const wchar_t* path);
-};

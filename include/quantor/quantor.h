@@ -12,6 +12,8 @@
 #include "quantor/unit.h"
 #include "quantor/category.h"
 #include "quantor/admin.h"
+#include "quantor/admin_dscr.h"
+#include "quantor/diagnostics.h"
 #include "quantor/translation.h"
 #include "quantor/functions.h"
 #include "quantor/names.h"

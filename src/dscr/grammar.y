@@ -14,7 +14,7 @@
 %define api.token.prefix {GRAMMAR_}
 %define lr.type lalr
 %define lr.default-reduction most
-%define parse.error simple
+%define parse.error custom
 %parse-param {X_DscrParse& parse}
 %lex-param {X_DscrParse& parse}
 
@@ -24,6 +24,7 @@
 
 %code {
 #include <string_view>
+#include <vector>
 
 #define YYINITDEPTH 200
 #define YYMAXDEPTH 10000
@@ -184,9 +185,21 @@ int yylex(YYSTYPE* value, X_DscrParse& parse) {
     return parse.TokenNext();
 }
 
-// Bison's two messages in this library's words; a stack that cannot grow is
-// what bison calls exhausted memory.
+// A syntax error: the parse object reports "parse error" and records what
+// was found and what the parser could have taken instead.
+static int yyreport_syntax_error(const yypcontext_t* context, X_DscrParse& parse) {
+    yysymbol_kind_t kinds[YYNTOKENS];
+    const int count = yypcontext_expected_tokens(context, kinds, YYNTOKENS);
+    std::vector<int> expected;
+    for (int i = 0; i < count; ++i)
+        expected.push_back(kinds[i] == YYSYMBOL_YYEOF ? int{TOKID_EOF} : kinds[i] - YYSYMBOL_TOKID_ERROR + TOKID_ERROR);
+    parse.SyntaxError_Report(std::move(expected));
+    return 0;
+}
+
+// Bison's other message: a stack that cannot grow is what bison calls
+// exhausted memory.
 void yyerror(X_DscrParse&, const char* message) {
     const bool stackFull = std::string_view(message) == "memory exhausted";
-    ParseError_Report(stackFull ? L"parser stack overflow\n" : L"parse error\n");
+    ParseError_ReportFinal(nullptr, stackFull ? L"parser stack overflow\n" : L"parse error\n");
 }

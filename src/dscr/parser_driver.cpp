@@ -1,15 +1,22 @@
 // The parser driver: the token source, the values of the expression rules
-// with their limits, and Parse_UnitdescrFile, which opens the scanner, runs
-// the parser with this parse's error state installed and sums up the errors.
+// with their limits, syntax and scan errors as findings, and
+// Parse_UnitdescrFile, which opens the scanner, runs the parser with this
+// parse's error state installed and sums up the errors.
 #include "dscr/parser_driver.h"
 
 #include <algorithm>
 #include <memory>
 
 #include "dscr/grammar.tab.h"
+#include "dscr/syntax_error.h"
 #include "etc/diag_log.h"
 
 namespace {
+
+bool IsStatementStart(int id) {
+    return id == TOKID_KW_CATEG || id == TOKID_KW_CONV || id == TOKID_KW_UNIT || id == TOKID_KW_DFLTINTRN ||
+           id == TOKID_KW_DFLTSURFC;
+}
 
 int NodeCount(const X_ParsNode* node) { return node ? 1 + NodeCount(node->Left()) + NodeCount(node->Right()) : 0; }
 
@@ -24,8 +31,36 @@ X_Expr Measured(X_ParsNodePtr tree) {
 }  // namespace
 
 int X_DscrParse::TokenNext() {
+    precedingEndLine_ = lastEndLine_;
+    precedingEndColumn_ = lastEndColumn_;
+    lastEndLine_ = scanner.CurrentToken().line;
+    lastEndColumn_ = scanner.TokenEndColumn();
+    const int faultsBefore = scanner.ScanFaultCount();
     const int id = scanner.TokenGet(errors.lastToken);
+    if (IsStatementStart(id)) errors.findings.StatementBegin(errors.lastToken);
+    if (scanner.ScanFaultCount() != faultsBefore) ScanFault_Record();
     return id == TOKID_EOF ? 0 : id;
+}
+
+// A scan error turns the token handed out into TOKID_ERROR, which the parser
+// then refuses; the scan error's finding stands for both.
+void X_DscrParse::ScanFault_Record() {
+    const X_ScanFault& fault = scanner.LastScanFault();
+    const X_PlacedText placed = ScanFault_Explain(fault);
+    errors.findings.AddError(placed.line, placed.column, placed.message, fault.text);
+    scanFaultRecorded_ = true;
+}
+
+void X_DscrParse::SyntaxError_Report(std::vector<int> expected) {
+    constexpr const wchar_t* kMessage = L"parse error\n";
+    ParseError_Count(true);
+    const X_Token& found = errors.lastToken;
+    ParseError_Trace(found.line, found.column, ParseError_Text(kMessage));
+    if (found.id == TOKID_ERROR && scanFaultRecorded_) return;
+    const X_SyntaxError error{found, precedingEndLine_, precedingEndColumn_, scanner.LineNumber(),
+                              scanner.LastLineLength(), std::move(expected)};
+    const X_PlacedText placed = SyntaxError_Explain(error);
+    errors.findings.AddError(placed.line, placed.column, placed.message, ParseError_Text(kMessage));
 }
 
 X_Expr X_DscrParse::Record(X_Expr value) {
@@ -46,7 +81,7 @@ bool X_DscrParse::Operator(X_Expr& result, TE_PNodeId type, X_Expr left, X_Expr 
         result = Record(value);
         return true;
     }
-    ParseError_ReportAt(node.get(), L"expression too deep\n");
+    ParseError_ReportFinal(node.get(), L"expression too deep\n");
     lastReduction_ = kNoExpr;
     return false;
 }
@@ -73,10 +108,29 @@ X_ParsNodePtr X_DscrParse::Take(X_Expr value) {
 
 void Expr_Free(X_Expr value) { delete value.node; }
 
-bool Parse_UnitdescrFile(QtrAdminStd* admin, const std::wstring& path) {
+namespace {
+
+// The file could not be opened, or its first token not scanned.
+void OpenFailure_Record(X_DscrParse& parse, const std::wstring& libraryText) {
+    X_ParseFindings& findings = parse.errors.findings;
+    if (parse.scanner.ScanFaultCount() == 0) {
+        findings.AddForFile(L"The file cannot be opened or read. Check that it exists and that it is readable.",
+                            libraryText);
+        return;
+    }
+    const X_PlacedText placed = ScanFault_Explain(parse.scanner.LastScanFault());
+    findings.AddError(placed.line, placed.column, placed.message, parse.scanner.LastScanFault().text);
+}
+
+}  // namespace
+
+bool Parse_UnitdescrFile(QtrAdminStd* admin, const std::wstring& path, QtrDiagnostics* findings) {
     X_DscrParse parse(admin);
+    parse.errors.findings.CollectInto(findings, path);
     if (!parse.scanner.SFOpen(path)) {
-        Error_Report(kSrcParsOps, 93, L"Parse_UnitdescrFile(,\"%s\"): file not found\n", path);
+        const std::wstring message = QtrFormat(L"Parse_UnitdescrFile(,\"%s\"): file not found\n", path);
+        Error_Report(kSrcParsOps, 93, L"%s", message);
+        OpenFailure_Record(parse, message);
         return false;
     }
     parse.errors.fileName = parse.scanner.FileName();

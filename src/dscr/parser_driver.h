@@ -1,17 +1,20 @@
 // Reading a description file: Parse_UnitdescrFile runs the grammar's parser
 // over one file into an administration. Everything one parse needs lives in
-// its parse object (scanner, error state, the actions' state, the value of
-// the most recent reduction), so parses on separate threads never meet. The
-// parse object also builds the values of the grammar's expression rules and
-// refuses expressions nested too deep for the tree's recursive walks.
+// its parse object (scanner, error state and findings, the actions' state,
+// the value of the most recent reduction), so parses on separate threads
+// never meet. The parse object also builds the values of the grammar's
+// expression rules, refuses expressions nested too deep for the tree's
+// recursive walks, and marks where each statement begins.
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "dscr/pars_node.h"
 #include "dscr/parse_error.h"
 #include "dscr/scanner.h"
 #include "dscr/semantic_actions.h"
+#include "quantor/diagnostics.h"
 
 class QtrAdminStd;
 
@@ -37,8 +40,12 @@ public:
     explicit X_DscrParse(QtrAdminStd* admin) : actions(admin) {}
 
     // The token source: hands the next token to the parser and keeps it as
-    // the last token; 0 at the end of the file.
+    // the last token; 0 at the end of the file. A keyword that starts a
+    // statement or a category begins a new statement for the error bound.
     int TokenNext();
+    // Reports the syntax error at the last token ("parse error"); the finding
+    // names what was found and the `expected` token ids.
+    void SyntaxError_Report(std::vector<int> expected);
 
     // Values of the expression rules; each records itself as the value of
     // the most recent reduction.
@@ -63,8 +70,15 @@ public:
 
 private:
     X_Expr Record(X_Expr value);
+    void ScanFault_Record();
 
     X_Expr lastReduction_ = kNoExpr;
+    // Where the last token and the one before it end: line, 0-based column.
+    int lastEndLine_ = -1;
+    int lastEndColumn_ = 0;
+    int precedingEndLine_ = -1;
+    int precedingEndColumn_ = 0;
+    bool scanFaultRecorded_ = false;
 };
 
 // Frees a value's tree; the parser calls it for values it abandons.
@@ -72,4 +86,5 @@ void Expr_Free(X_Expr value);
 
 // Reads the description file at `path` into `admin`. True when the file was
 // read without a counted error; a faulty file is reported by one log line.
-bool Parse_UnitdescrFile(QtrAdminStd* admin, const std::wstring& path);
+// With `findings`, every error and warning is also appended there.
+bool Parse_UnitdescrFile(QtrAdminStd* admin, const std::wstring& path, QtrDiagnostics* findings = nullptr);

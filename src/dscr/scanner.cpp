@@ -101,6 +101,9 @@ bool IsHexPrefix(wchar_t first, wchar_t second) { return first == L'0' && (secon
 
 bool X_New_Scanfile::SFOpen(const std::wstring& path) {
     Close();
+    lastLineLength_ = 0;
+    faultCount_ = 0;
+    lastFault_ = X_ScanFault{};
     if (!file_.Open(path)) {
         Error_Report(kSrcScan, 393, L"X_New_Scanfile::SFOpen(\"%s\"): cannot open\n", path);
         return false;
@@ -189,6 +192,7 @@ void X_New_Scanfile::LineRead() {
     if (const size_t comment = line_.find(L"//"); comment != std::wstring::npos) line_.resize(comment);
     while (!line_.empty() && IsDscrSpace(line_.back())) line_.pop_back();
     lineLength_ = static_cast<int>(line_.size());
+    lastLineLength_ = lineLength_;
 }
 
 void X_New_Scanfile::WhiteSpaceSkip() {
@@ -267,8 +271,19 @@ void X_New_Scanfile::FinalStateApply(int state, int finalState, int charClass, w
         }
     }
     ++position_;
-    ScanError_Report(L"X_New_Scanfile::Token_Load(), line %d scan err: stCur %d, stNxt %d, chClss %d, chr %d '%c'\n",
-                     lineNumber_, state, finalState, charClass, static_cast<int>(current), current);
+    const std::wstring message =
+        QtrFormat(L"X_New_Scanfile::Token_Load(), line %d scan err: stCur %d, stNxt %d, chClss %d, chr %d '%c'\n",
+                  lineNumber_, state, finalState, charClass, static_cast<int>(current), current);
+    ScanFault_Note(finalState, current, message);
+    ScanError_Write(message);
+}
+
+// A scan error stands at the character that stopped the scan (the position
+// has moved past it); a string left open stands at its opening delimiter.
+void X_New_Scanfile::ScanFault_Note(int finalState, wchar_t character, const std::wstring& message) {
+    const bool openString = finalState == kScanOpenBracketed || finalState == kScanOpenQuoted;
+    lastFault_ = X_ScanFault{lineNumber_, openString ? token_.column : position_ - 1, finalState, character, message};
+    ++faultCount_;
 }
 
 void X_New_Scanfile::ScanError_Write(const std::wstring& message) const {

@@ -11,6 +11,24 @@
 #include "etc/format.h"
 #include "etc/text_reader.h"
 
+// The final states of the scanner's state machine that are scan errors.
+enum X_ScanFaultState : int {
+    kScanBadExponent = 18,    // "e" not followed by digits
+    kScanOpenBracketed = 19,  // bracketed string open at the end of the line
+    kScanOpenQuoted = 20,     // quoted string open at the end of the line
+    kScanBadStart = 21,       // a character that cannot start a token
+};
+
+// A scan error as the scanner met it: where it stands, the final state it
+// led to and the scanner's own message.
+struct X_ScanFault {
+    int line = -1;
+    int column = -1;  // 0-based
+    int finalState = 0;
+    wchar_t character = 0;
+    std::wstring text;
+};
+
 class X_New_Scanfile {
 public:
     X_New_Scanfile() { Close(); }
@@ -38,6 +56,14 @@ public:
     // The full path of the open file; empty when closed.
     const std::wstring& FileName() const { return fileName_; }
     int LineNumber() const { return lineNumber_; }
+    // Where the current token ends on its line (0-based, exclusive).
+    int TokenEndColumn() const { return position_; }
+    // The length of the last line read, comment and trailing blanks removed.
+    int LastLineLength() const { return lastLineLength_; }
+    // The scan errors met since the file was last opened, and the latest of
+    // them; kept when the scanner closes.
+    int ScanFaultCount() const { return faultCount_; }
+    const X_ScanFault& LastScanFault() const { return lastFault_; }
 
     // "file(line,column): "; a negative line or column stands for that of the
     // current token.
@@ -59,6 +85,8 @@ private:
         ScanError_Write(QtrFormat(format, args...));
     }
     void ScanError_Write(const std::wstring& message) const;
+    // Keeps the scan error just met as the latest fault.
+    void ScanFault_Note(int finalState, wchar_t character, const std::wstring& message);
 
     // Close sets the values of a closed scanner.
     quantor::detail::TextReader file_;
@@ -69,4 +97,7 @@ private:
     X_Token token_;  // the loaded look-ahead token
     bool endOfFile_;
     std::wstring fileName_;
+    int lastLineLength_ = 0;
+    int faultCount_ = 0;
+    X_ScanFault lastFault_;
 };

@@ -47,10 +47,14 @@ void CategoryHandOver(X_ActionState& state) {
 void PendingDefaultRecord(const X_ActionState& state, const X_ParsNode* name, const QtrUnitBase*& pending,
                           const wchar_t* unknownMessage) {
     const QtrUnitBase* unit = name && name->IsName() ? state.category->Unit(name->Name().c_str()) : nullptr;
-    if (unit)
+    if (unit) {
         pending = unit;
-    else
-        ParseError_ReportAt(name, unknownMessage);
+        return;
+    }
+    const std::wstring explanation = L"'" + NameText(name) + L"' is not a unit of category '" +
+                                     state.category->Name() + L"' declared before this statement. Declare it "
+                                     L"with a unit statement first, or correct the name.";
+    ParseError_ExplainAt(name, explanation, unknownMessage);
 }
 
 bool IsNonConstant(const X_ParsNode* node) { return node && !node->IsConstantTree(); }
@@ -111,18 +115,36 @@ bool SourceWalk(const X_ParsNode* node, SourceShape& shape) {
     return false;
 }
 
+// Reports a unit of a `convert` statement that the category does not hold,
+// to the log and as a finding at its name.
+void UnknownUnitReport(const X_ActionState& state, int32_t line, const wchar_t* format, const std::wstring& name,
+                       const X_ParsNode* node) {
+    const std::wstring message = QtrFormat(format, name);
+    Error_Report(kSrcParsOps, line, L"%s", message);
+    RuleUnitUnknown(*state.category, name, PlaceOf(node), message);
+}
+
 // Gives the current rule its units and formula and hands it to the source
 // unit; unknown units are reported to the log.
-void RuleHandOver(X_ActionState& state, const std::wstring& target, const std::wstring& source, double factor,
-                  double addend) {
+void RuleHandOver(X_ActionState& state, const X_ParsNode& formula, const std::wstring& target,
+                  const std::wstring& source, double factor, double addend) {
     QtrUnitStd* sourceUnit = Changeable<QtrUnitStd>(state.category->Unit(source.c_str()));
     const QtrUnitBase* targetUnit = state.category->Unit(target.c_str());
-    if (!sourceUnit) Error_Report(kSrcParsOps, 404, L"Conv_Finish: unknown src unit \"%s\"\n", source);
-    if (!targetUnit) Error_Report(kSrcParsOps, 407, L"Conv_Finish: unknown target unit \"%s\"\n", target);
+    if (!sourceUnit)
+        UnknownUnitReport(state, 404, L"Conv_Finish: unknown src unit \"%s\"\n", source,
+                          formula.Right()->FindName(source.c_str()));
+    if (!targetUnit) UnknownUnitReport(state, 407, L"Conv_Finish: unknown target unit \"%s\"\n", target, formula.Left());
     if (!sourceUnit || !targetUnit || !state.rule) return;
     state.rule->SetUnits(targetUnit, sourceUnit);
     state.rule->SetFormula(1.0 / factor, addend / factor);
-    if (sourceUnit->ConvInfoAdd(state.rule.get()) > 0) state.rule.release();
+    const X_Token& statement = ParseState_Current().findings.Statement();
+    const X_Place place{statement.line, statement.column};
+    if (sourceUnit->ConvInfoAdd(state.rule.get()) > 0) {
+        state.rule.release();
+        state.places.rules[{sourceUnit, targetUnit}] = place;
+    } else {
+        RuleRepeated(state.places, *sourceUnit, *targetUnit, place);
+    }
 }
 
 }  // namespace
@@ -135,6 +157,7 @@ void Cat_Begin(X_ActionState& state, X_ParsNodePtr name, X_ParsNodePtr /*value*/
     state.defaultIntern = nullptr;
     state.defaultSurface = nullptr;
     const std::wstring categoryName = NameText(name.get());
+    state.places.categoryHead = PlaceOf(name.get());
     const QtrCategoryBase* held = state.admin ? state.admin->Category(categoryName.c_str()) : nullptr;
     state.category = Changeable<QtrCategoryStd>(held);
     if (state.category) return;
@@ -153,12 +176,21 @@ void Cat_DefaultSurface(X_ActionState& state, X_ParsNodePtr name) {
 }
 
 void Unit_Begin(X_ActionState& state, X_ParsNodePtr name, X_ParsNodePtr /*value*/) {
-    auto unit = std::make_unique<QtrUnitStd>(state.category, NameText(name.get()).c_str());
+    const std::wstring unitName = NameText(name.get());
+    const X_Place place = PlaceOf(name.get());
+    const QtrUnitBase* held = state.category->Unit(unitName.c_str());
+    if (!held) UnitNameCheck(state.admin, unitName, place);
+    auto unit = std::make_unique<QtrUnitStd>(state.category, unitName.c_str());
     const int added = state.category->UnitAdd(unit.get());
-    if (added > 0)
-        unit.release();
-    else if (added < 0)
-        Error_Report(kSrcParsOps, 588, L"Unit_Begin, cannot add unit");
+    if (added > 0) {
+        state.places.units[unit.release()] = place;
+    } else if (added == 0 && held) {
+        UnitRedeclared(state.places, *state.category, *held, place);
+    } else if (added < 0) {
+        constexpr const wchar_t* kRefused = L"Unit_Begin, cannot add unit";
+        Error_Report(kSrcParsOps, 588, kRefused);
+        UnitRefused(*state.category, unitName, place, kRefused);
+    }
 }
 
 void Conv_Begin(X_ActionState& state) {
@@ -173,6 +205,7 @@ void Conv_FmtShft(X_ActionState& state, X_ParsNodePtr pre, X_ParsNodePtr post) {
     } else if (state.rule) {
         state.rule->SetPreFmtshft(TruncatedShift(pre->Value()));
         state.rule->SetPostFmtshft(TruncatedShift(post->Value()));
+        FormatShiftCheck(state.rule->FmtPreDecpnt(), state.rule->FmtPostDecpnt(), PlaceOf(pre.get()));
     } else {
         ParseError_Report(L"Conv_FmtShft(,): no ConvInfo-Ptr\n");
     }
@@ -209,19 +242,24 @@ void Conv_Finish(X_ActionState& state, X_ParsNodePtr formula) {
     if (formula) {
         formula->Tree_Opt();
         if (Conv_GetFromRight(formula.get(), target, source, factor, addend))
-            RuleHandOver(state, target, source, factor, addend);
+            RuleHandOver(state, *formula, target, source, factor, addend);
     }
     state.rule.reset();
 }
 
 void Cat_Finish(X_ActionState& state) {
     // Completion runs before the default units are set.
-    if (!state.category->ConvInfoComplete())
-        Error_Report(kSrcParsOps, 285, L"Cat_Finish: ConvInfoComplete misses some conversion rules\n");
+    if (!state.category->ConvInfoComplete()) {
+        constexpr const wchar_t* kMisses = L"Cat_Finish: ConvInfoComplete misses some conversion rules\n";
+        Error_Report(kSrcParsOps, 285, kMisses);
+        CompletionMisses(state.places, *state.category, kMisses);
+    }
     if (!state.defaultIntern) state.defaultIntern = state.defaultSurface;
     if (!state.defaultSurface) state.defaultSurface = state.defaultIntern;
     if (state.defaultIntern) state.category->DefaultInternUnitSet(state.defaultIntern);
     if (state.defaultSurface) state.category->DefaultSurfaceUnitSet(state.defaultSurface);
+    DefaultsCheck(*state.category, state.places.categoryHead);
+    if (state.newCategory) CategoryNameCheck(state.admin, state.category->Name(), state.places.categoryHead);
     CategoryHandOver(state);
     state.rule.reset();
     state.defaultIntern = nullptr;

@@ -3,12 +3,14 @@
 // conversion rules, set default units, read a `convert` formula's factor and
 // addend off its simplified tree, and hand each finished category to the
 // administration. Errors in the file go to the parser error report and count;
-// errors of the model go to the diagnostics log and do not.
+// errors of the model go to the diagnostics log and do not. Both, and the
+// warnings about what the model accepts silently, are also findings.
 #pragma once
 
 #include <memory>
 #include <string>
 
+#include "dscr/action_findings.h"
 #include "dscr/pars_node.h"
 
 class QtrAdminStd;
@@ -31,6 +33,7 @@ struct X_ActionState {
     std::unique_ptr<QtrConvInfoStd> rule;            // the rule of the `convert` statement being read
     const QtrUnitBase* defaultIntern = nullptr;      // pending default units of the current block
     const QtrUnitBase* defaultSurface = nullptr;
+    X_DeclarationPlaces places;                      // where categories, units and rules were declared
 };
 
 // Starts a category block; a second block of a name the administration holds

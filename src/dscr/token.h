@@ -1,10 +1,11 @@
 // The token record and token ids of the unit description language, their
-// printable names, and the character rules for identifiers and keywords that
-// the scanner reads and the printers write.
+// printable names, and the token ids of the keywords.
 #pragma once
 
 #include <string>
 #include <string_view>
+
+#include "etc/name_chars.h"
 
 // Token ids; consecutive from 258, they are the parser's token numbers.
 enum TE_TokenId : int {
@@ -57,25 +58,8 @@ std::wstring TokenIdName(int id);
 // when the token carries text.
 std::wstring TokenPrintForm(const X_Token& token);
 
-// Letters are those of the C library's "C" locale: ASCII letters only.
-inline bool IsDscrLetter(wchar_t c) { return (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z'); }
-inline bool IsDscrDigit(wchar_t c) { return c >= L'0' && c <= L'9'; }
-inline bool IsDscrSpace(wchar_t c) { return c == L' ' || (c >= L'\t' && c <= L'\r'); }
-
-// The keyword's token id, or 0 when `text` is no keyword (case-sensitive).
+// The token id of a keyword, or 0 when `text` is no keyword (case-sensitive).
 inline int KeywordTokenId(std::wstring_view text) {
-    constexpr std::wstring_view kKeywords[] = {L"category", L"convert", L"defaultintern",
-                                               L"defaultsurface", L"format", L"unit"};
-    for (int i = 0; i < 6; ++i)
-        if (text == kKeywords[i]) return TOKID_KW_CATEG + i;
-    return 0;
-}
-
-// Whether `name` reads back as one TOKID_ID token: a letter or "_", then
-// letters, "_" and digits, and no keyword.
-inline bool IsPlainIdentifier(std::wstring_view name) {
-    if (name.empty() || !(IsDscrLetter(name[0]) || name[0] == L'_')) return false;
-    for (wchar_t c : name)
-        if (!(IsDscrLetter(c) || IsDscrDigit(c) || c == L'_')) return false;
-    return KeywordTokenId(name) == 0;
+    const int index = DscrKeywordIndex(text);
+    return index < 0 ? 0 : TOKID_KW_CATEG + index;
 }

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "etc/diag_log.h"
-#include "quantor/admin.h"
+#include "quantor/admin_dscr.h"
 #include "quantor/translation.h"
 #include "units/settings_source.h"
 

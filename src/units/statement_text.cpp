@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "dscr/token.h"
 #include "etc/diag_log.h"
+#include "etc/name_chars.h"
 
 namespace quantor::detail {
 namespace {

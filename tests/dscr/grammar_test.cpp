@@ -53,11 +53,12 @@ TEST_F(Grammar, ExpressionsDeeperThanAThousandLevelsAreRefusedAtTheirFirstToken)
 }
 
 // Runs of signs copy the operand before them, giving trees whose rewrites
-// never settle; the simplifier gives up on them instead of running for hours.
+// never settle; the simplifier gives up on them instead of running for hours,
+// and of the many errors counted in the statement only the first is written.
 TEST_F(Grammar, FormulasThatNeverSettleAreRefusedAsTooComplex) {
     QtrAdminDscr admin;
     EXPECT_FALSE(Parse(admin, "category A { unit m, k;\n convert k <- m format " + Repeated("-", 10) + "3, 0; }"));
-    EXPECT_THAT(ParseErrors(), testing::Contains(L"X_ParsNode::Tree_Opt: formula too complex\n").Times(1));
+    EXPECT_THAT(ParseErrors(), testing::ElementsAre(testing::StartsWith(L"X_ParsNode::Tree_Opt: ")));
 }
 
 using ParseThreads = ParseTest;

@@ -12,7 +12,7 @@
 
 #include "dscr/parser_driver.h"
 #include "etc/utf8.h"
-#include "quantor/admin.h"
+#include "quantor/admin_dscr.h"
 #include "support/scratch_folder.h"
 #include "support/sink_capture.h"
 
@@ -33,11 +33,14 @@ protected:
         return Parse_UnitdescrFile(&admin, path_);
     }
     // Parses `text`, expecting it accepted or refused with these parser
-    // errors, and a refused file summed up in one log line.
-    void ExpectOutcome(QtrAdminStd& admin, const std::string& text, bool accepted, const Messages& errors) {
+    // errors written, and a refused file summed up in one log line with the
+    // number of errors counted (by default those written).
+    void ExpectOutcome(QtrAdminStd& admin, const std::string& text, bool accepted, const Messages& errors,
+                       size_t counted = 0) {
         EXPECT_EQ(Parse(admin, text), accepted);
         EXPECT_EQ(ParseErrors(), errors);
-        const std::wstring summary = L"Parse_UnitdescrFile(,\"" + path_ + L"\"): " + std::to_wstring(errors.size());
+        const size_t count = counted ? counted : errors.size();
+        const std::wstring summary = L"Parse_UnitdescrFile(,\"" + path_ + L"\"): " + std::to_wstring(count);
         EXPECT_THAT(log_.Messages(), testing::Contains(summary + L" errors\n").Times(accepted ? 0 : 1));
     }
     // The messages of the parser-error reports in the trace, with

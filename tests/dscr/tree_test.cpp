@@ -43,7 +43,10 @@ std::wstring InfixText(const X_ParsNode* node) {
 
 class TreeTest : public ::testing::Test {
 protected:
-    TreeTest() : scope_(state_) { state_ = {L"f.dscr", X_Token{9, 1, TOKID_SEMIC, L""}, 0}; }
+    TreeTest() : scope_(state_) {
+        state_.fileName = L"f.dscr";
+        state_.lastToken = X_Token{9, 1, TOKID_SEMIC, L""};
+    }
 
     X_ParseState state_;
     X_ParseStateScope scope_;
