@@ -11,6 +11,7 @@
 
 #include "etc/utf8.h"
 #include "quantor/admin.h"
+#include "quantor/admin_dscr.h"
 #include "quantor/names.h"
 
 namespace {

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "quantor/model.h"
@@ -39,10 +40,17 @@ public:
                                     const wchar_t* categName) const override;
     void UnitPtrs(std::vector<const QtrUnitBase*>& units, const QtrCategoryBase* category) const override;
 
-    // Takes `category` over unless a category of that name is indexed; then
-    // the caller keeps it. Always true.
+    // Takes `category` over unless a category of that name is indexed, the
+    // category is held already (here or by another administration) or this
+    // administration is the published default; then the caller keeps it.
+    // Always true. A category built against this administration has its
+    // units indexed first, as they were added, then its name.
     bool Categ_Add(QtrCategoryBase* category);
-    // The name index: the first name indexed wins, silently.
+    // Whether this administration holds `category`.
+    bool Categ_Holds(const QtrCategoryBase* category) const;
+    // The name index: the first name indexed wins, silently. Only categories
+    // that this administration holds, and their units, are ever indexed, so
+    // no entry outlives what it names; the published default takes none.
     bool FastFind(const wchar_t* name, const QtrCategoryBase*& category, const QtrUnitBase*& unit) const;
     void FastfindUnitAdd(const QtrUnitBase* unit);
     void FastfindCategAdd(const QtrCategoryBase* category);
@@ -69,16 +77,25 @@ protected:
     void SetValid(bool valid) { valid_ = valid; }
 
 private:
+    friend class QtrCategoryStd;
+
+    // Indexes a unit of a category held here, unless this administration is
+    // published.
+    void IndexUnit(const QtrUnitBase* unit);
+    // Indexes every unit of a category held here, in the category's order.
+    void IndexUnits(const QtrCategoryBase& category);
+
     struct IndexEntry {
         const QtrCategoryBase* category = nullptr;
         const QtrUnitBase* unit = nullptr;
     };
-    struct NameHash {
-        using is_transparent = void;
-        size_t operator()(std::wstring_view name) const noexcept { return std::hash<std::wstring_view>{}(name); }
-    };
-
     std::vector<std::unique_ptr<QtrCategoryBase>> categories_;
-    std::unordered_map<std::wstring, IndexEntry, NameHash, std::equal_to<>> index_;
+    // Keyed by views of the names that the held categories and units keep,
+    // which live exactly as long as the entries.
+    std::unordered_map<std::wstring_view, IndexEntry> index_;
+    std::unordered_set<const QtrCategoryBase*> held_;
     bool valid_ = false;
+    // Set once the administration is handed out as the process-wide default:
+    // from then on nothing changes it, so threads read it without locks.
+    bool published_ = false;
 };

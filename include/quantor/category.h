@@ -4,9 +4,13 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "quantor/model.h"
+
+class QtrAdminStd;
 
 class QUANTOR_API QtrCategoryStd : public QtrCategoryBase {
 public:
@@ -31,11 +35,15 @@ public:
     void UnitNames(std::vector<std::wstring>& out) const override;
     void UnitPtrs(std::vector<const QtrUnitBase*>& out) const override;
     // Finds a unit of this category through the administration's name index;
-    // a category without an administration finds none.
+    // a category without an administration finds none. Until the
+    // administration holds the category, its units are not in that index but
+    // are found as if they were: each name that the index does not hold.
     const QtrUnitBase* Unit(const wchar_t* unitName) const override;
 
     // 1: taken over; 0: a unit of that name is present, caller keeps `unit`;
-    // -1: incompatible, reported, caller keeps `unit`.
+    // -1: incompatible, reported, caller keeps `unit`. The administration
+    // that holds the category indexes the unit at once; one that does not
+    // hold it yet indexes it when it takes the category over.
     int UnitAdd(const QtrUnitBase* unit);
     // Derives identity, inverse and chained rules until every unit converts
     // into every other; false (with what was added kept) when that fails.
@@ -47,13 +55,21 @@ public:
     const QtrDateTime& DateStamp() const { return date_; }
 
 private:
+    friend class QtrAdminStd;
+
+    // Whether `unit` is one of this category's units.
+    bool Holds(const QtrUnitBase* unit) const;
     void Clear();
 
     std::wstring name_;
     // Owned and changeable: the category completes its units' rules.
     std::vector<std::unique_ptr<QtrUnitBase>> units_;
+    // The units by the names they keep.
+    std::unordered_map<std::wstring_view, const QtrUnitBase*> unitsByName_;
     const QtrUnitBase* defaultIntern_ = nullptr;
     const QtrUnitBase* defaultSurface_ = nullptr;
     const QtrAdminBase* admin_;
     QtrDateTime date_;
+    // The administration that took the category over and owns it; null until then.
+    QtrAdminStd* holder_ = nullptr;
 };

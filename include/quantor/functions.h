@@ -5,6 +5,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "quantor/model.h"
 
@@ -23,6 +24,11 @@ QUANTOR_API bool UnitConvert(double& result, const QtrUnitBase* trgUnit, double 
 // Sets `text` to the default dictionary's translation of `unitName`, or to the
 // name itself without a dictionary; a null name leaves `text` as it is.
 QUANTOR_API void UnitTranslateDefault(std::wstring& text, const wchar_t* unitName);
+// The description files that the default administration reads, in the order
+// it reads them: the unit file, the common currency file and the region file
+// of the currency mode, as the settings give them now; empty when the
+// settings cannot be created.
+QUANTOR_API std::vector<std::wstring> QtrDefaultDescriptionFiles();
 // True when `name` begins with "QT_".
 QUANTOR_API bool QT_IsCategorynameValid(const wchar_t* name);
 QUANTOR_API bool QT_IsUnitnameValid(const wchar_t* name);

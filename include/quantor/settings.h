@@ -19,6 +19,8 @@ struct QtrVariant {
     int32_t i4 = 0;
 };
 
+// The host's settings. Its operations must not throw: the library reports an
+// exception that escapes one as a failed call (non-zero result) and goes on.
 class QUANTOR_API QtrSettings {
 public:
     virtual ~QtrSettings() = default;
@@ -29,7 +31,9 @@ public:
     virtual int32_t SettingsPrepare(int32_t level) = 0;
 };
 
-// Creates a settings source; a factory that returns null means creation failed.
+// Creates a settings source; a factory that returns null means creation
+// failed. A factory must not throw: the library reports an exception that
+// escapes it and treats it as failed creation.
 using QtrSettingsFactory = std::function<std::unique_ptr<QtrSettings>()>;
 
 // Installs the settings factory and returns the one it replaces; an empty

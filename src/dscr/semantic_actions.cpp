@@ -30,9 +30,7 @@ Std* Changeable(const Base* object) {
 // Offers `category` to the administration; true when it holds it afterwards.
 bool AdminTakes(QtrAdminStd& admin, QtrCategoryBase* category) {
     admin.Categ_Add(category);
-    std::vector<const QtrCategoryBase*> held;
-    admin.CategPtrs(held);
-    return std::ranges::find(held, category) != held.end();
+    return admin.Categ_Holds(category);
 }
 
 // Hands a category made by Cat_Begin to the administration or frees it; a

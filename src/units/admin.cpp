@@ -5,7 +5,6 @@
 // with dated rules could answer them differently.
 #include "quantor/admin.h"
 
-#include <algorithm>
 #include <ctime>
 #include <cwchar>
 #include <string>
@@ -39,15 +38,22 @@ QtrAdminStd::QtrAdminStd() = default;
 QtrAdminStd::~QtrAdminStd() = default;
 
 bool QtrAdminStd::Categ_Add(QtrCategoryBase* category) {
-    if (!category || Category(category->Name().c_str())) return true;
-    // A category held already but not indexed (its name is a unit's) is not
-    // taken over a second time.
-    const auto isHeld = [category](const auto& held) { return held.get() == category; };
-    if (std::ranges::any_of(categories_, isHeld)) return true;
+    if (!category || published_ || Category(category->Name().c_str()) || held_.contains(category)) return true;
+    auto* own = dynamic_cast<QtrCategoryStd*>(category);
+    if (own && own->holder_) return true;
     categories_.emplace_back(category);
-    FastfindCategAdd(category);
+    held_.insert(category);
+    if (own) own->holder_ = this;
+    // Units added while the category was built against this administration
+    // claim their names before the category does.
+    const bool builtHere = own && own->AdminPtr() == this;
+    if (builtHere) IndexUnits(*own);
+    if (index_.try_emplace(category->Name(), IndexEntry{category, nullptr}).second && !builtHere)
+        IndexUnits(*category);
     return true;
 }
+
+bool QtrAdminStd::Categ_Holds(const QtrCategoryBase* category) const { return held_.contains(category); }
 
 void QtrAdminStd::CategNames(std::vector<std::wstring>& names) const {
     names.clear();

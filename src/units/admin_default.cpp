@@ -4,12 +4,16 @@
 // translation dictionary of the settings' language. Each is built once per
 // process; its loading runs under a lock, so threads that ask at the same
 // time get the same object, and a failed load is tried again on the next call.
+// An administration is handed out only whole: readers never see it change.
 #include <atomic>
+#include <memory>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "etc/diag_log.h"
 #include "quantor/admin_dscr.h"
+#include "quantor/functions.h"
 #include "quantor/translation.h"
 #include "units/settings_source.h"
 
@@ -17,11 +21,23 @@ namespace {
 
 using quantor::detail::FolderSetting;
 
+// The default administration is loaded into `building`, which no caller
+// sees, and published once whole. Without settings a caller gets the
+// administration as failed loads left it (usually empty); it is set aside
+// unchanged from then on, and a later load starts afresh. Every administration
+// handed out lives to process end and never changes.
 struct DefaultAdministration {
-    QtrAdminDscr admin;
     std::mutex loading;
-    std::atomic<bool> loaded{false};
+    std::atomic<const QtrAdminDscr*> loaded{nullptr};
+    std::unique_ptr<QtrAdminDscr> building;
+    std::vector<std::unique_ptr<QtrAdminDscr>> kept;
 };
+
+bool IsEmpty(const QtrAdminStd& admin) {
+    std::vector<const QtrCategoryBase*> categories;
+    admin.CategPtrs(categories);
+    return categories.empty();
+}
 
 struct DefaultDictionary {
     XLMTranslDict dictionary;
@@ -90,14 +106,40 @@ int32_t CurrencyModeGet(QtrSettings& settings) {
     return mode.i4;
 }
 
-// Parses `path` into the administration. On failure the message is the
-// prefix and the path (and the suffix), composed first and then used as the
-// format, so a '%' in the path stays as it is written.
-bool FileParse(QtrAdminDscr& admin, const std::wstring& path, int32_t line, const wchar_t* prefix,
-               const wchar_t* suffix) {
+// Which of the default description files a path is, in reading order.
+enum class DefaultFile { Units, Currencies, Region };
+
+// Walks the description files that the settings select, in reading order,
+// asking the settings exactly when loading needs each answer: the folder
+// first, the currency mode after the unit file. `visit` answers false to stop
+// the walk, which then answers false too.
+template <class Visit>
+bool DefaultFilesWalk(QtrSettings& settings, Visit visit) {
+    const std::wstring folder = BaseFolderGet(settings);
+    if (!visit(folder + L"unit_dscr.txt", DefaultFile::Units)) return false;
+    const int32_t mode = CurrencyModeGet(settings);
+    if (!visit(folder + L"curr_dscr_edy.txt", DefaultFile::Currencies)) return false;
+    const wchar_t* region = RegionFileName(mode);
+    return !region || visit(folder + region, DefaultFile::Region);
+}
+
+// Parses `path` into the administration. On failure the message is composed
+// first and then used as the format, so a '%' in the path stays as written;
+// the region file's message keeps its own wording, without quotes.
+bool FileParse(QtrAdminDscr& admin, const std::wstring& path, DefaultFile file) {
     if (admin.Import_Parse(path.c_str())) return true;
-    const std::wstring message = prefix + path + suffix;
-    Error_Report(kSrcUnitsStd, line, message.c_str());
+    const std::wstring cannotParse = L"QtrAdminStd::QtrAdminDefault: cannot parse \"" + path + L"\"";
+    switch (file) {
+        case DefaultFile::Units:
+            Error_Report(kSrcUnitsStd, 617, cannotParse.c_str());
+            break;
+        case DefaultFile::Currencies:
+            Error_Report(kSrcUnitsStd, 635, cannotParse.c_str());
+            break;
+        case DefaultFile::Region:
+            Error_Report(kSrcUnitsStd, 693, (L"QtrAdminStd::QtrAdminDefault: cannot" + path).c_str());
+            break;
+    }
     return false;
 }
 
@@ -108,15 +150,8 @@ enum class LoadOutcome { Loaded, ParseFailed, NoSettings };
 LoadOutcome DefaultFilesLoad(QtrAdminDscr& admin) {
     const auto settings = quantor::detail::SettingsCreate();
     if (!settings) return LoadOutcome::NoSettings;
-    const wchar_t* const cannotParse = L"QtrAdminStd::QtrAdminDefault: cannot parse \"";
-    const std::wstring folder = BaseFolderGet(*settings);
-    if (!FileParse(admin, folder + L"unit_dscr.txt", 617, cannotParse, L"\"")) return LoadOutcome::ParseFailed;
-    const int32_t mode = CurrencyModeGet(*settings);
-    if (!FileParse(admin, folder + L"curr_dscr_edy.txt", 635, cannotParse, L"\"")) return LoadOutcome::ParseFailed;
-    const wchar_t* region = RegionFileName(mode);
-    if (region && !FileParse(admin, folder + region, 693, L"QtrAdminStd::QtrAdminDefault: cannot", L""))
-        return LoadOutcome::ParseFailed;
-    return LoadOutcome::Loaded;
+    const auto parse = [&admin](const std::wstring& path, DefaultFile file) { return FileParse(admin, path, file); };
+    return DefaultFilesWalk(*settings, parse) ? LoadOutcome::Loaded : LoadOutcome::ParseFailed;
 }
 
 bool DictionaryRead(XLMTranslDict& dictionary) {
@@ -133,17 +168,24 @@ bool DictionaryRead(XLMTranslDict& dictionary) {
 
 const QtrAdminStd* QtrAdminStd::QtrAdminDefault() {
     DefaultAdministration& instance = TheDefaultAdministration();
-    if (instance.loaded.load(std::memory_order_acquire)) return &instance.admin;
+    if (const QtrAdminDscr* loaded = instance.loaded.load(std::memory_order_acquire)) return loaded;
     std::lock_guard lock(instance.loading);
-    if (instance.loaded.load(std::memory_order_relaxed)) return &instance.admin;
-    switch (DefaultFilesLoad(instance.admin)) {
+    if (const QtrAdminDscr* loaded = instance.loaded.load(std::memory_order_relaxed)) return loaded;
+    if (!instance.building) instance.building = std::make_unique<QtrAdminDscr>();
+    const auto handOut = [&instance] {
+        instance.building->published_ = true;
+        instance.kept.push_back(std::move(instance.building));
+        return instance.kept.back().get();
+    };
+    switch (DefaultFilesLoad(*instance.building)) {
         case LoadOutcome::Loaded:
-            instance.loaded.store(true, std::memory_order_release);
-            return &instance.admin;
+            instance.loaded.store(handOut(), std::memory_order_release);
+            return instance.loaded.load(std::memory_order_relaxed);
         case LoadOutcome::NoSettings:
-            // Without settings the administration is handed out empty and
-            // stays unloaded, without a message.
-            return &instance.admin;
+            // Without settings the administration is handed out as it
+            // stands, unloaded and without a message.
+            if (!instance.kept.empty() && IsEmpty(*instance.building)) return instance.kept.back().get();
+            return handOut();
         case LoadOutcome::ParseFailed:
             break;
     }
@@ -158,4 +200,15 @@ const XLMTranslDict* QtrAdminStd::QtrTranslDictDefault() {
     if (!DictionaryRead(instance.dictionary)) return nullptr;
     instance.ready.store(&instance.dictionary, std::memory_order_release);
     return &instance.dictionary;
+}
+
+std::vector<std::wstring> QtrDefaultDescriptionFiles() {
+    std::vector<std::wstring> paths;
+    const auto settings = quantor::detail::SettingsCreate();
+    if (!settings) return paths;
+    DefaultFilesWalk(*settings, [&paths](const std::wstring& path, DefaultFile) {
+        paths.push_back(path);
+        return true;
+    });
+    return paths;
 }

@@ -5,6 +5,7 @@
 #include "quantor/category.h"
 
 #include <cwchar>
+#include <string_view>
 
 #include "etc/diag_log.h"
 #include "quantor/admin.h"
@@ -45,6 +46,7 @@ QtrCategoryStd::QtrCategoryStd(const wchar_t* name, const QtrAdminBase* admin)
 QtrCategoryStd::~QtrCategoryStd() { Clear(); }
 
 void QtrCategoryStd::Clear() {
+    unitsByName_.clear();
     units_.clear();
     defaultIntern_ = nullptr;
     defaultSurface_ = nullptr;
@@ -59,11 +61,18 @@ const std::wstring& QtrCategoryStd::Name() const {
 
 const QtrUnitBase* QtrCategoryStd::Unit(const wchar_t* unitName) const {
     const QtrAdminStd* index = IndexOf(admin_);
-    if (!index) return nullptr;
+    if (!index || !unitName) return nullptr;
     const QtrCategoryBase* category = nullptr;
     const QtrUnitBase* unit = nullptr;
-    index->FastFind(unitName, category, unit);
-    return unit && unit->Category() == this ? unit : nullptr;
+    if (index->FastFind(unitName, category, unit) || holder_ == index)
+        return unit && unit->Category() == this ? unit : nullptr;
+    const auto own = unitsByName_.find(std::wstring_view(unitName));
+    return own == unitsByName_.end() ? nullptr : own->second;
+}
+
+bool QtrCategoryStd::Holds(const QtrUnitBase* unit) const {
+    const auto own = unit ? unitsByName_.find(unit->Name()) : unitsByName_.end();
+    return own != unitsByName_.end() && own->second == unit;
 }
 
 void QtrCategoryStd::UnitNames(std::vector<std::wstring>& out) const {
@@ -77,19 +86,16 @@ void QtrCategoryStd::UnitPtrs(std::vector<const QtrUnitBase*>& out) const {
 }
 
 int QtrCategoryStd::UnitAdd(const QtrUnitBase* unit) {
-    for (const auto& held : units_) {
-        if (unit && held->Name() == unit->Name()) return 0;
-    }
+    if (unit && !unitsByName_.try_emplace(unit->Name(), unit).second) return 0;
     if (!IsCompatible(name_, unit)) {
+        if (unit) unitsByName_.erase(unit->Name());
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrCategoryStd::UnitAdd(.): incompatible unit\n");
         return -1;
     }
     // The category takes the unit over and later completes its rules. Units
     // are created non-const by their makers, so the owner may change them.
     units_.emplace_back(const_cast<QtrUnitBase*>(unit));
-    // An administration is never itself const; the category only holds a
-    // read-only view of it and enters its new unit into the name index.
-    if (const QtrAdminStd* index = IndexOf(admin_)) const_cast<QtrAdminStd*>(index)->FastfindUnitAdd(unit);
+    if (holder_) holder_->IndexUnit(unit);
     return 1;
 }
 

@@ -2,11 +2,13 @@
 // resolved to its category or unit by one lookup. The first name indexed
 // wins every clash, without a message, so a unit named like an earlier
 // category or unit stays out of the index, and so does a category named like
-// an earlier unit, together with all its units.
+// an earlier unit, together with all its units. Only what the administration
+// holds is indexed, so no entry can outlive the category or unit it names.
 #include <string_view>
 #include <vector>
 
 #include "quantor/admin.h"
+#include "quantor/category.h"
 
 bool QtrAdminStd::FastFind(const wchar_t* name, const QtrCategoryBase*& category, const QtrUnitBase*& unit) const {
     if (!name) return false;
@@ -17,13 +19,26 @@ bool QtrAdminStd::FastFind(const wchar_t* name, const QtrCategoryBase*& category
     return category || unit;
 }
 
+void QtrAdminStd::IndexUnit(const QtrUnitBase* unit) {
+    if (unit && !published_) index_.try_emplace(unit->Name(), IndexEntry{nullptr, unit});
+}
+
+// A unit is indexed only as one of the units of a category held here.
 void QtrAdminStd::FastfindUnitAdd(const QtrUnitBase* unit) {
-    if (unit) index_.try_emplace(unit->Name(), IndexEntry{nullptr, unit});
+    const QtrCategoryBase* category = unit ? unit->Category() : nullptr;
+    if (!held_.contains(category)) return;
+    const auto* own = dynamic_cast<const QtrCategoryStd*>(category);
+    if (!own || own->Holds(unit)) IndexUnit(unit);
+}
+
+void QtrAdminStd::IndexUnits(const QtrCategoryBase& category) {
+    std::vector<const QtrUnitBase*> units;
+    category.UnitPtrs(units);
+    index_.reserve(index_.size() + units.size());
+    for (const QtrUnitBase* unit : units) IndexUnit(unit);
 }
 
 void QtrAdminStd::FastfindCategAdd(const QtrCategoryBase* category) {
-    if (!category || !index_.try_emplace(category->Name(), IndexEntry{category, nullptr}).second) return;
-    std::vector<const QtrUnitBase*> units;
-    category->UnitPtrs(units);
-    for (const QtrUnitBase* unit : units) FastfindUnitAdd(unit);
+    if (!held_.contains(category) || published_) return;
+    if (index_.try_emplace(category->Name(), IndexEntry{category, nullptr}).second) IndexUnits(*category);
 }

@@ -1,15 +1,18 @@
 // The settings source of the process-wide defaults. A host installs its own
 // factory; the default one answers from the environment: QUANTOR_UNITS_DIR
 // (or, when unset, the shipped data folder found from the library's own
-// location), QUANTOR_CURRENCY_MODE and QUANTOR_LANGUAGE_ID.
+// location), QUANTOR_CURRENCY_MODE and QUANTOR_LANGUAGE_ID. Whatever a
+// host's factory or settings throw is caught here and reported.
 #include <dlfcn.h>
 
 #include <charconv>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <mutex>
 
+#include "etc/diag_log.h"
 #include "etc/utf8.h"
 #include "units/settings_source.h"
 
@@ -110,6 +113,46 @@ FactorySlot& TheFactorySlot() {
     return slot;
 }
 
+// What a host's exception says, for the log.
+std::wstring ExceptionText() {
+    try {
+        throw;
+    } catch (const std::exception& error) {
+        return quantor::detail::FromUtf8(error.what());
+    } catch (...) {
+        return L"unknown exception";
+    }
+}
+
+// The host's settings, with every exception they throw caught, reported and
+// turned into a failed call, so that none crosses the library.
+class GuardedSettings : public QtrSettings {
+public:
+    explicit GuardedSettings(std::unique_ptr<QtrSettings> host) : host_(std::move(host)) {}
+    int32_t SettingsGetValue(const std::wstring& section, const std::wstring& key, uint16_t expectedType,
+                             QtrVariant& value, int32_t flags) override {
+        try {
+            return host_->SettingsGetValue(section, key, expectedType, value, flags);
+        } catch (...) {
+            Error_Report(kSrcUnitsStd, __LINE__, L"QtrSettings::SettingsGetValue(\"%s\",\"%s\"): threw %s\n", section,
+                         key, ExceptionText());
+            return kSettingUnavailable;
+        }
+    }
+    int32_t SettingsPrepare(int32_t level) override {
+        try {
+            return host_->SettingsPrepare(level);
+        } catch (...) {
+            Error_Report(kSrcUnitsStd, __LINE__, L"QtrSettings::SettingsPrepare(%d): threw %s\n", level,
+                         ExceptionText());
+            return kSettingUnavailable;
+        }
+    }
+
+private:
+    std::unique_ptr<QtrSettings> host_;
+};
+
 }  // namespace
 
 QtrSettingsFactory QtrSetSettingsFactory(QtrSettingsFactory factory) {
@@ -121,7 +164,15 @@ namespace quantor::detail {
 std::unique_ptr<QtrSettings> SettingsCreate() {
     // Called outside the lock, so a factory may itself install another.
     const QtrSettingsFactory factory = TheFactorySlot().Get();
-    return factory ? factory() : nullptr;
+    if (!factory) return nullptr;
+    std::unique_ptr<QtrSettings> settings;
+    try {
+        settings = factory();
+    } catch (...) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"QtrSettingsFactory: creation threw %s\n", ExceptionText());
+        return nullptr;
+    }
+    return settings ? std::make_unique<GuardedSettings>(std::move(settings)) : nullptr;
 }
 
 bool SettingsPrepareLevels(QtrSettings& settings, std::initializer_list<int32_t> levels) {

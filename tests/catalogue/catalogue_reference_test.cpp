@@ -16,6 +16,7 @@
 
 #include "etc/utf8.h"
 #include "quantor/admin.h"
+#include "quantor/admin_dscr.h"
 #include "quantor/category.h"
 #include "quantor/translation.h"
 #include "quantor/unit.h"

@@ -156,4 +156,21 @@ TEST(Completion, RandomSpanningTreesCompleteConsistently) {
     }
 }
 
+// Guards against a walk over all pairs and third units: these used to run
+// for minutes. Two units without a rule are not complete either.
+TEST(Completion, LargeUnlinkedCategoriesEndWithTheLastMissingPair) {
+    std::vector<std::wstring> names;
+    for (int i = 0; i < 20000; ++i) names.push_back(L"u" + std::to_wstring(i));
+    Catalogue many(names), chain(std::vector<std::wstring>(names.begin(), names.begin() + 300)),
+        two({L"A", L"B"});
+    for (std::size_t i = 1; i < chain.units.size(); i += 2) AddRule(chain.units[i], chain.units[i - 1], 2.0);
+    LogCapture log;
+    EXPECT_FALSE(many.category->ConvInfoComplete());
+    EXPECT_FALSE(chain.category->ConvInfoComplete());
+    EXPECT_FALSE(two.category->ConvInfoComplete());
+    EXPECT_EQ(log.Messages(), (std::vector<std::wstring>{L"QtrCategoryStd::ConvInfoComplete(), missing  u19998 <- u19999\n",
+                                                         L"QtrCategoryStd::ConvInfoComplete(), missing  u297 <- u299\n",
+                                                         L"QtrCategoryStd::ConvInfoComplete(), missing  A <- B\n"}));
+}
+
 }  // namespace

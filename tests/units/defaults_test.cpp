@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <filesystem>
 #include <fstream>
@@ -10,12 +11,15 @@
 #include <latch>
 #include <map>
 #include <optional>
+#include <stdexcept>
 #include <thread>
 
 #include "etc/utf8.h"
 #include "quantor/admin.h"
+#include "quantor/category.h"
 #include "quantor/functions.h"
 #include "quantor/translation.h"
+#include "quantor/unit.h"
 #include "support/scratch_folder.h"
 #include "support/sink_capture.h"
 #include "units/settings_source.h"
@@ -177,6 +181,110 @@ TEST(DefaultsThreads, ManyThreadsBuildTheDefaultsOnceAndShareThem) {
         EXPECT_EQ(wrong, 0);
         EXPECT_EQ(settingsCreated, 3);  // once for the administration, twice for the dictionary (language, file)
     });
+}
+
+// Threads that all ask first: without settings they share the one empty
+// administration, which stays empty while a later call loads another.
+TEST(DefaultsThreads, FirstCallsWithoutThenWithSettingsSeeOnlyWholeAdministrations) {
+    ExpectPassesInFreshProcess([] {
+        QtrSetSettingsFactory(nullptr);
+        std::latch start(8), asked(9);
+        std::atomic<int> wrong{0};
+        std::atomic<bool> loaded{false};
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 8; ++t)
+            threads.emplace_back([&] {
+                start.arrive_and_wait();
+                const QtrAdminStd* empty = QtrAdminStd::QtrAdminDefault();
+                asked.count_down();
+                while (!loaded) wrong += empty == nullptr || !Categories(empty).empty() || empty->Unit(L"m");
+                const QtrAdminStd* full = QtrAdminStd::QtrAdminDefault();
+                wrong += full == empty || Categories(full) != kBase;
+            });
+        asked.arrive_and_wait();
+        SettingsInstall({{kFolderKey, kCatalogueFolder}});
+        const QtrAdminStd* full = QtrAdminStd::QtrAdminDefault();
+        loaded = true;
+        for (std::thread& thread : threads) thread.join();
+        EXPECT_EQ(wrong, 0);
+        EXPECT_EQ(Categories(full), kBase);
+    });
+}
+
+TEST(DefaultsThreads, ConcurrentFirstCallsWithSettingsShareOneLoad) {
+    ExpectPassesInFreshProcess([] {
+        SettingsInstall({{kFolderKey, kCatalogueFolder}});
+        std::latch start(8);
+        std::vector<const QtrAdminStd*> seen(8);
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 8; ++t)
+            threads.emplace_back([&, t] {
+                start.arrive_and_wait();
+                seen[t] = QtrAdminStd::QtrAdminDefault();
+            });
+        for (std::thread& thread : threads) thread.join();
+        for (const QtrAdminStd* admin : seen) EXPECT_EQ(admin, seen[0]);
+        EXPECT_EQ(Categories(seen[0]), kBase);
+        EXPECT_EQ(settingsCreated, 1);
+    });
+}
+
+// Nothing that a host builds against the published default changes it.
+TEST(DefaultAdministration, PublishedDefaultTakesNoCategoryAndIndexesNothing) {
+    ExpectPassesInFreshProcess([] {
+        SettingsInstall({{kFolderKey, kCatalogueFolder}});
+        const QtrAdminStd* shared = QtrAdminStd::QtrAdminDefault();
+        ASSERT_NE(shared, nullptr);
+        auto* extra = new QtrCategoryStd(L"Extra", shared);
+        ASSERT_EQ(extra->UnitAdd(new QtrUnitStd(extra, L"furlong")), 1);
+        EXPECT_NE(extra->Unit(L"furlong"), nullptr);
+        const_cast<QtrAdminStd*>(shared)->Categ_Add(extra);
+        EXPECT_EQ(UnitSearch(L"furlong"), nullptr);
+        EXPECT_EQ(CategorySearch(L"Extra"), nullptr);
+        EXPECT_EQ(Categories(shared), kBase);
+        delete extra;
+        EXPECT_EQ(UnitSearch(L"furlong"), nullptr);
+    });
+}
+
+struct ThrowingSettings : QtrSettings {
+    int32_t SettingsGetValue(const std::wstring&, const std::wstring&, uint16_t, QtrVariant&, int32_t) override {
+        throw std::runtime_error("no registry");
+    }
+    int32_t SettingsPrepare(int32_t) override { return 0; }
+};
+
+// A factory or settings that throw count as failed creation or failed calls.
+TEST(DefaultAdministration, ThrowingSettingsAreReportedAndTreatedAsFailures) {
+    ExpectPassesInFreshProcess([] {
+        QtrSetSettingsFactory([]() -> std::unique_ptr<QtrSettings> { throw std::runtime_error("no settings"); });
+        const LogCapture log;
+        const QtrAdminStd* empty = QtrAdminStd::QtrAdminDefault();
+        ASSERT_NE(empty, nullptr);
+        EXPECT_EQ(Categories(empty), Names{});
+        EXPECT_TRUE(QtrDefaultDescriptionFiles().empty());
+        ASSERT_FALSE(log.Messages().empty());
+        EXPECT_EQ(log.Messages()[0], L"QtrSettingsFactory: creation threw no settings\n");
+        QtrSetSettingsFactory([] { return std::make_unique<ThrowingSettings>(); });
+        EXPECT_EQ(QtrDefaultDescriptionFiles(), (Names{L"unit_dscr.txt", L"curr_dscr_edy.txt"}));
+        const std::wstring noFolder =
+            L"QtrAdminStd::QtrAdminDefault: no settings for \"unitsandcurrencies\"/\"curr_dscr_filepath\"\n";
+        EXPECT_EQ(std::ranges::count(log.Messages(), noFolder), 1);
+        EXPECT_EQ(log.Messages().back(), L"QtrSettings::SettingsGetValue(\"option-configuration/unitsandcurrencies/"
+                                         L"mode\",\"default\"): threw no registry\n");
+    });
+}
+
+TEST(DefaultDescriptionFiles, FolderAndModeGiveThePathsInReadingOrder) {
+    const QtrSettingsFactory previous = QtrSetSettingsFactory(nullptr);
+    EXPECT_TRUE(QtrDefaultDescriptionFiles().empty());
+    const std::wstring folder = Wide(kCatalogue) + L"/";
+    SettingsInstall({{kFolderKey, kCatalogueFolder}, {kModeKey, Number(3)}});
+    EXPECT_EQ(QtrDefaultDescriptionFiles(), (Names{folder + L"unit_dscr.txt", folder + L"curr_dscr_edy.txt",
+                                                   folder + L"curr_dscr_extended_european.txt"}));
+    SettingsInstall({{kFolderKey, kCatalogueFolder}});
+    EXPECT_EQ(QtrDefaultDescriptionFiles(), (Names{folder + L"unit_dscr.txt", folder + L"curr_dscr_edy.txt"}));
+    QtrSetSettingsFactory(previous);
 }
 
 TEST(TranslationDictionary, MissingFileOrLineWithoutTabReadsNothing) {

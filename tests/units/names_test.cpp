@@ -11,12 +11,14 @@
 #include <cstdlib>
 #include <fstream>
 #include <optional>
+#include <set>
 #include <string>
 #include <thread>
 #include <tuple>
 #include <vector>
 
 #include "etc/utf8.h"
+#include "quantor/admin_dscr.h"
 #include "quantor/functions.h"
 #include "quantor/settings.h"
 #include "support/catalogue.h"
@@ -255,27 +257,35 @@ TEST(NameResolverDefault, BuiltOnceForManyThreadsAtOnce) {
 }
 
 // Every line of the shipped English synonyms names a unit or category of the
-// shipped catalogue and resolves to it as a synonym (no exact name hides it).
+// shipped catalogue in some region mode and resolves to it there as a
+// synonym (no exact name hides it).
 TEST(ShippedSynonyms, EveryEnglishSynonymResolvesToTheUnitItNames) {
     const std::wstring folder = quantor::detail::FromUtf8(QUANTOR_TEST_DATA_DIR "/unitsandcurrencies/");
-    QtrAdminDscr admin;
-    ASSERT_TRUE(admin.Import_Parse((folder + L"unit_dscr.txt").c_str()));
-    ASSERT_TRUE(admin.Import_Parse((folder + L"curr_dscr_edy.txt").c_str()));
     const std::wstring path = folder + L"UnitSynonyms0409.rlg";
     quantor::detail::RlgEntries entries;
     ASSERT_TRUE(quantor::detail::RlgEntriesRead(path, entries));
     ASSERT_GT(entries.size(), 100u);
-    QtrNameResolver resolver(admin);
-    ASSERT_TRUE(resolver.SynonymFileRead(path.c_str()));
-    for (const auto& [synonym, name] : entries) {
-        const QtrResolvedName resolved = resolver.Resolve(synonym.c_str());
-        EXPECT_EQ(resolved.match, QtrNameMatch::Synonym) << quantor::detail::ToUtf8(synonym);
-        const QtrCategoryBase* category = nullptr;
-        const QtrUnitBase* unit = nullptr;
-        EXPECT_TRUE(admin.FastFind(name.c_str(), category, unit)) << quantor::detail::ToUtf8(name);
-        EXPECT_EQ(resolved.unit, unit) << quantor::detail::ToUtf8(synonym);
-        EXPECT_EQ(resolved.category, category) << quantor::detail::ToUtf8(synonym);
+    std::set<std::wstring> resolvedSomewhere;
+    for (const wchar_t* region : {L"curr_dscr_atlantic.txt", L"curr_dscr_extended_european.txt", L"curr_dscr_america.txt",
+                                  L"curr_dscr_asia_pacific.txt", L"curr_dscr_middle_east.txt"}) {
+        QtrAdminDscr admin;
+        for (const std::wstring file : {L"unit_dscr.txt", L"curr_dscr_edy.txt", region})
+            ASSERT_TRUE(admin.Import_Parse((folder + file).c_str()));
+        QtrNameResolver resolver(admin);
+        ASSERT_TRUE(resolver.SynonymFileRead(path.c_str()));
+        for (const auto& [synonym, name] : entries) {
+            const QtrCategoryBase* category = nullptr;
+            const QtrUnitBase* unit = nullptr;
+            if (!admin.FastFind(name.c_str(), category, unit)) continue;
+            const QtrResolvedName resolved = resolver.Resolve(synonym.c_str());
+            EXPECT_EQ(resolved.match, QtrNameMatch::Synonym) << quantor::detail::ToUtf8(synonym);
+            EXPECT_EQ(resolved.unit, unit) << quantor::detail::ToUtf8(synonym);
+            EXPECT_EQ(resolved.category, category) << quantor::detail::ToUtf8(synonym);
+            resolvedSomewhere.insert(synonym);
+        }
     }
+    for (const auto& [synonym, name] : entries)
+        EXPECT_TRUE(resolvedSomewhere.contains(synonym)) << quantor::detail::ToUtf8(synonym);
 }
 
 }  // namespace
