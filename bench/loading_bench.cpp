@@ -8,7 +8,7 @@
 #include <fstream>
 #include <string>
 
-#include "quantor/admin.h"
+#include "quantor/admin_dscr.h"
 #include "quantor/sinks.h"
 
 namespace {
