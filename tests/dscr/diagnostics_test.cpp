@@ -133,9 +133,12 @@ TEST_F(Diagnostics, WarningsLeaveTheResultAsItWas) {
         {"category A {\n  unit m, km;\n  unit m;\n  defaultintern m;\n  convert km <- m * 1000;\n}",
          {L"3:8 W The unit 'm' of category 'A' is declared already on line 2; this declaration is ignored. Remove "
           L"one of them."}},
-        {"category A { unit m; defaultintern m; }\ncategory B {\n  unit g, m;\n  defaultintern g;\n}",
-         {L"3:11 W The name 'm' already belongs to the unit 'm' of category 'A'. Lookups by this name find that one, "
-          L"not this unit. Rename one of them."}},
+        {"category A { unit m; defaultintern m; }\ncategory B {\n  unit m;\n}",
+         {L"3:8 W The name 'm' already belongs to the unit 'm' of category 'A'. Lookups by this name find that one, "
+          L"not this unit. Rename one of them.",
+          L"2:10 W Category 'B' has no default unit, so a lookup by the category's name finds no unit. Add "
+          L"'defaultintern <unit>;' to its block; it also gives the display unit unless 'defaultsurface' names "
+          L"another."}},
         {"category A { unit m; defaultintern m; }\ncategory m { unit g; defaultintern g; }",
          {L"2:10 W The name 'm' already belongs to the unit 'm' of category 'A'. Lookups by this name find that "
           L"one, so this category and its units cannot be found by name. Rename the category."}},
