@@ -6,11 +6,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 #include "quantor/model.h"
+#include "quantor/name_index.h"
 
 class XLMTranslDict;
 
@@ -85,14 +85,11 @@ private:
     // Indexes every unit of a category held here, in the category's order.
     void IndexUnits(const QtrCategoryBase& category);
 
-    struct IndexEntry {
-        const QtrCategoryBase* category = nullptr;
-        const QtrUnitBase* unit = nullptr;
-    };
+    using IndexEntry = quantor::detail::NameIndex::Entry;
     std::vector<std::unique_ptr<QtrCategoryBase>> categories_;
     // Keyed by views of the names that the held categories and units keep,
     // which live exactly as long as the entries.
-    std::unordered_map<std::wstring_view, IndexEntry> index_;
+    quantor::detail::NameIndex index_;
     std::unordered_set<const QtrCategoryBase*> held_;
     bool valid_ = false;
     // Set once the administration is handed out as the process-wide default:

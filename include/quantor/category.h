@@ -69,6 +69,9 @@ private:
     const QtrUnitBase* defaultIntern_ = nullptr;
     const QtrUnitBase* defaultSurface_ = nullptr;
     const QtrAdminBase* admin_;
+    // The administration's name index when it is of this library's kind,
+    // resolved once: finding a unit by name is a hot path.
+    const QtrAdminStd* index_;
     QtrDateTime date_;
     // The administration that took the category over and owns it; null until then.
     QtrAdminStd* holder_ = nullptr;

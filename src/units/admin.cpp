@@ -51,7 +51,7 @@ bool QtrAdminStd::Categ_Add(QtrCategoryBase* category) {
     // claim their names before the category does.
     const bool builtHere = own && own->AdminPtr() == this;
     if (builtHere) IndexUnits(*own);
-    if (index_.try_emplace(category->Name(), IndexEntry{category, nullptr}).second && !builtHere)
+    if (index_.TryEmplace(category->Name(), IndexEntry{category, nullptr}) && !builtHere)
         IndexUnits(*category);
     return true;
 }

@@ -41,7 +41,7 @@ bool IsCompatible(const std::wstring& categoryName, const QtrUnitBase* unit) {
 }  // namespace
 
 QtrCategoryStd::QtrCategoryStd(const wchar_t* name, const QtrAdminBase* admin)
-    : name_(name ? name : L""), admin_(admin) {}
+    : name_(name ? name : L""), admin_(admin), index_(IndexOf(admin)) {}
 
 QtrCategoryStd::~QtrCategoryStd() { Clear(); }
 
@@ -60,11 +60,10 @@ const std::wstring& QtrCategoryStd::Name() const {
 }
 
 const QtrUnitBase* QtrCategoryStd::Unit(const wchar_t* unitName) const {
-    const QtrAdminStd* index = IndexOf(admin_);
-    if (!index || !unitName) return nullptr;
+    if (!index_ || !unitName) return nullptr;
     const QtrCategoryBase* category = nullptr;
     const QtrUnitBase* unit = nullptr;
-    if (index->FastFind(unitName, category, unit) || holder_ == index)
+    if (index_->FastFind(unitName, category, unit) || holder_ == index_)
         return unit && unit->Category() == this ? unit : nullptr;
     const auto own = unitsByName_.find(std::wstring_view(unitName));
     return own == unitsByName_.end() ? nullptr : own->second;

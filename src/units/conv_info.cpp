@@ -2,15 +2,20 @@
 // with two number-format shifts, its composition with another rule, its
 // inverse, and its text as a `convert` statement.
 #include <climits>
+#include <cstddef>
 #include <cmath>
 
 #include "etc/diag_log.h"
 #include "quantor/convinfo.h"
 #include "units/number_format.h"
+#include "units/number_text.h"
 #include "units/rule_formula_text.h"
 #include "units/statement_text.h"
 
-using quantor::detail::StatementName;
+using quantor::detail::AppendInteger;
+using quantor::detail::AppendRuleFormulaText;
+using quantor::detail::AppendStatementName;
+using quantor::detail::StatementWrite;
 
 namespace {
 
@@ -135,14 +140,28 @@ QtrConvInfoStd* QtrConvInfoStd::NewInverse() const {
     return inverse;
 }
 
+// Room for a whole `convert` statement of usual names, so that it is built
+// with one allocation.
+constexpr std::size_t kStatementRoom = 128;
+
 // The statement describes one target unit in source units, the reverse of
 // the value conversion. A negative factor keeps its sign on the printed
 // number so that the statement reads back into the same rule.
 void QtrConvInfoStd::PrettyPrint(QtrTextFile* file) const {
     if (!target_ || !source_) return;
-    std::wstring text = L"\n\tconvert  " + StatementName(target_->Name()) + L"\t<- " + StatementName(source_->Name());
-    text += quantor::detail::RuleFormulaText(factor_, addend_);
-    if (preShift_ != 0 && postShift_ != 0) text += QtrFormat(L"\tformat %d, %d", preShift_, postShift_);
+    std::wstring text;
+    text.reserve(kStatementRoom);
+    text += L"\n\tconvert  ";
+    AppendStatementName(text, target_->Name());
+    text += L"\t<- ";
+    AppendStatementName(text, source_->Name());
+    AppendRuleFormulaText(text, factor_, addend_);
+    if (preShift_ != 0 && postShift_ != 0) {
+        text += L"\tformat ";
+        AppendInteger(text, preShift_);
+        text += L", ";
+        AppendInteger(text, postShift_);
+    }
     text += explicit_ ? L";\t// explicit\n" : L";\n";
-    quantor::detail::StatementWrite(file, text);
+    StatementWrite(file, text);
 }

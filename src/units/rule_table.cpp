@@ -7,17 +7,12 @@
 #include <algorithm>
 #include <bit>
 
+#include "units/name_hash.h"
+
 namespace quantor::detail {
 namespace {
 
 constexpr std::size_t kFirstSlotCount = 8;
-
-// FNV-1a over the name's code units, then a multiply that spreads the bits.
-std::uint64_t KeyHash(std::wstring_view key) {
-    std::uint64_t hash = 0xcbf29ce484222325u;
-    for (wchar_t c : key) hash = (hash ^ static_cast<std::uint32_t>(c)) * 0x100000001b3u;
-    return (hash ^ (hash >> 29)) * 0xbf58476d1ce4e5b9u;
-}
 
 std::uint64_t TagOf(std::uint64_t hash) { return hash & 0xffffffff00000000u; }
 std::uint32_t PositionOf(std::uint64_t slot) { return static_cast<std::uint32_t>(slot) - 1; }
@@ -47,14 +42,14 @@ std::size_t RuleTable::SlotOf(std::wstring_view key, std::uint64_t hash) const {
 
 const QtrConvInfoBase* RuleTable::Find(std::wstring_view key) const {
     if (rules_.empty()) return nullptr;
-    const Slot slot = slots_[SlotOf(key, KeyHash(key))];
+    const Slot slot = slots_[SlotOf(key, NameHash(key))];
     return slot == 0 ? nullptr : rules_[PositionOf(slot)];
 }
 
 bool RuleTable::Insert(const QtrConvInfoBase* rule) {
     if ((rules_.size() + 1) * 4 > slots_.size() * 3) Grow();
     const std::wstring_view key = rule->TrgtUnit()->Name();
-    const std::uint64_t hash = KeyHash(key);
+    const std::uint64_t hash = NameHash(key);
     const std::size_t index = SlotOf(key, hash);
     if (slots_[index] != 0) return false;
     slots_[index] = SlotFor(hash, rules_.size());
@@ -64,7 +59,7 @@ bool RuleTable::Insert(const QtrConvInfoBase* rule) {
 
 const QtrConvInfoBase* RuleTable::Replace(std::wstring_view key, const QtrConvInfoBase* rule) {
     if (rules_.empty()) return nullptr;
-    const Slot slot = slots_[SlotOf(key, KeyHash(key))];
+    const Slot slot = slots_[SlotOf(key, NameHash(key))];
     if (slot == 0) return nullptr;
     const std::uint32_t position = PositionOf(slot);
     const QtrConvInfoBase* held = rules_[position];
@@ -97,7 +92,7 @@ void RuleTable::Grow() {
     std::vector<Slot> grown(std::max(kFirstSlotCount, slots_.size() * 2), 0);
     const std::size_t mask = grown.size() - 1;
     for (std::uint32_t position = 0; position < rules_.size(); ++position) {
-        const std::uint64_t hash = KeyHash(KeyAt(position));
+        const std::uint64_t hash = NameHash(KeyAt(position));
         std::size_t index = hash & mask;
         while (grown[index] != 0) index = (index + 1) & mask;
         grown[index] = SlotFor(hash, position);
