@@ -52,8 +52,11 @@ void CheckReport::TextWrite(Output& out) {
     for (const QtrDiagnostic& finding : findings_) {
         std::string message = Utf8(finding.message);
         while (!message.empty() && message.back() == '\n') message.pop_back();
-        const std::string place = finding.line > 0 ? ":" + std::to_string(finding.line) + ":" + std::to_string(finding.column) : "";
-        out.Line(Utf8(finding.file) + place + ": " + SeverityName(finding.severity) + ": " + message);
+        std::string line = Utf8(finding.file);
+        if (finding.line > 0)
+            line.append(":").append(std::to_string(finding.line)).append(":").append(std::to_string(finding.column));
+        line.append(": ").append(SeverityName(finding.severity)).append(": ").append(message);
+        out.Line(line);
         const std::wstring& source = SourceLine(finding.file, finding.line);
         if (source.empty()) continue;
         out.Line("    " + Utf8(source));
