@@ -1,6 +1,8 @@
 // Fuzz target for value-with-unit strings and the IEEE image: any text that
 // reads as a value with a unit must be written again and read back to the
-// same name and the same bits; an image that reads must come back the same.
+// same name and the same bits, unless the name holds a marker ("u:", "i:"),
+// which the reader finds first by its rules; an image that reads must come
+// back the same.
 #include <bit>
 #include <cmath>
 #include <cstring>
@@ -18,6 +20,7 @@ void ValueStringRoundTrip(const std::wstring& text) {
     std::wstring unitName;
     double value = 0.0;
     if (!QtrAdminStd::UnitAndValueGetFromString(unitName, value, text.c_str())) return;
+    if (unitName.find(L"u:") != std::wstring::npos || unitName.find(L"i:") != std::wstring::npos) return;
     std::wstring written;
     if (!QtrAdminStd::UnitAndValueStringGen(unitName.c_str(), value, written)) return;
     std::wstring nameBack;

@@ -66,7 +66,9 @@ public:
     // null while its file cannot be read.
     static const XLMTranslDict* QtrTranslDictDefault();
 
-    // "u:<name> i:<IEEE image> n:<%g>"; false for a name shorter than four characters.
+    // "u:<name> i:<IEEE image> n:<%g>"; false for a name shorter than four
+    // characters. A name holding a blank, "u:" or "i:" is written, but its text
+    // does not read back, since reading takes the first markers it finds.
     static bool UnitAndValueStringGen(const wchar_t* unitName, double value, std::wstring& text);
     static bool UnitAndValueStringGen(const QtrUnitBase* unit, double value, std::wstring& text);
     // Reads a string written by UnitAndValueStringGen; outputs are written only on success.
