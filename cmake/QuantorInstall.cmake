@@ -1,7 +1,8 @@
 # Install rules: the shared library with its public headers, the shipped
 # catalogue, a CMake package (find_package(Quantor CONFIG) gives the target
-# Quantor::quantor) and a quantor.pc for pkg-config. The internal static
-# library and the object library stay in the build tree.
+# Quantor::quantor) and a quantor.pc for pkg-config, and the quantor command
+# with its manual page and bash completion. The internal static library and
+# the object library stay in the build tree.
 include(CMakePackageConfigHelpers)
 
 set(QUANTOR_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/Quantor)
@@ -17,6 +18,12 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/quantor
 # must match QUANTOR_INSTALLED_DATA_RELPATH in src/CMakeLists.txt.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/unitsandcurrencies/
   DESTINATION ${CMAKE_INSTALL_DATADIR}/quantor/unitsandcurrencies)
+
+# The command itself is installed by tools/CMakeLists.txt, with a run path
+# relative to itself; here its manual page and its bash completion.
+install(FILES ${PROJECT_SOURCE_DIR}/docs/quantor.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES ${PROJECT_SOURCE_DIR}/tools/quantor.bash-completion
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME quantor)
 
 install(EXPORT QuantorTargets NAMESPACE Quantor:: DESTINATION ${QUANTOR_CMAKE_DIR})
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/QuantorConfig.cmake.in

@@ -1,61 +1,72 @@
 // Fuzz target for reading description files: any bytes are parsed into an
-// administration, and a catalogue that parsed is printed with all its rules
-// and must parse again, so the printer and the reader stay in step.
-#include <unistd.h>
+// administration; every rule of a catalogue that parsed must hold finite
+// numbers and a factor other than zero (so that no "nan" or "inf" is ever
+// printed), and its print with all rules must read back to the same
+// categories, units and conversions.
+#include <cmath>
+#include <vector>
 
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <string>
-
-#include "etc/utf8.h"
+#include "fuzz_support.h"
 #include "quantor/admin_dscr.h"
-#include "quantor/sinks.h"
+#include "quantor/category.h"
+#include "quantor/convinfo.h"
 #include "quantor/types.h"
+#include "quantor/unit.h"
 
 namespace {
 
-// A scratch file of this process, removed at exit.
-class ScratchFile {
-public:
-    explicit ScratchFile(const char* stem) {
-        path_ = std::string("/tmp/") + stem + "-" + std::to_string(getpid()) + ".txt";
-    }
-    ~ScratchFile() { std::remove(path_.c_str()); }
-    const std::string& Path() const { return path_; }
-    std::wstring WidePath() const { return quantor::detail::FromUtf8(path_); }
+bool WithinOneUlp(double a, double b) { return a == b || std::nextafter(a, b) == b; }
 
-    void Write(const uint8_t* data, size_t size) const {
-        std::FILE* file = std::fopen(path_.c_str(), "wb");
-        if (!file) std::abort();
-        if (size) std::fwrite(data, 1, size, file);
-        std::fclose(file);
-    }
+// A rule read from a statement prints exactly; a derived one within one unit
+// in the last place.
+void SameRuleRequire(const QtrConvInfoBase* rule, const QtrConvInfoBase* back) {
+    fuzz::Require((rule == nullptr) == (back == nullptr), "a rule is lost or gained in the print");
+    if (!rule) return;
+    fuzz::Require(std::isfinite(rule->Factor()) && rule->Factor() != 0.0 && std::isfinite(rule->Addend()),
+                  "a rule holds a number that cannot be printed");
+    const bool exact = rule->Is_Explicit();
+    fuzz::Require(exact ? rule->Factor() == back->Factor() : WithinOneUlp(rule->Factor(), back->Factor()),
+                  "a factor changes in the print");
+    fuzz::Require(exact ? rule->Addend() == back->Addend() : WithinOneUlp(rule->Addend(), back->Addend()),
+                  "an addend changes in the print");
+}
 
-private:
-    std::string path_;
-};
+void SameCatalogueRequire(const QtrAdminStd& original, const QtrAdminStd& reread) {
+    std::vector<const QtrCategoryBase*> categories, again;
+    original.CategPtrs(categories);
+    reread.CategPtrs(again);
+    fuzz::Require(categories.size() == again.size(), "the print has another number of categories");
+    for (size_t c = 0; c < categories.size(); ++c) {
+        std::vector<const QtrUnitBase*> units, back;
+        categories[c]->UnitPtrs(units);
+        again[c]->UnitPtrs(back);
+        fuzz::Require(categories[c]->Name() == again[c]->Name() && units.size() == back.size(),
+                      "a category changes in the print");
+        for (size_t s = 0; s < units.size(); ++s) {
+            fuzz::Require(units[s]->Name() == back[s]->Name(), "a unit changes in the print");
+            for (size_t t = 0; t < units.size(); ++t)
+                if (s != t) SameRuleRequire(units[s]->ConvInfo(units[t]), back[s]->ConvInfo(back[t]));
+        }
+    }
+}
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    static const bool silenced = [] {
-        QtrSetLogSink({});
-        return true;
-    }();
-    (void)silenced;
-    static const ScratchFile input("quantor-fuzz-input");
-    static const ScratchFile printed("quantor-fuzz-printed");
+    fuzz::DiagnosticsSilence();
+    static const fuzz::ScratchFile input("quantor-fuzz-input");
+    static const fuzz::ScratchFile printed("quantor-fuzz-printed");
 
     input.Write(data, size);
     QtrAdminDscr admin;
     if (!admin.Import_Parse(input.WidePath().c_str())) return 0;
 
     QtrTextFile out;
-    if (!out.Open(printed.WidePath().c_str())) std::abort();
+    fuzz::Require(out.Open(printed.WidePath().c_str()), "cannot write the print");
     admin.PrettyPrint(&out, true);
     out.Close();
     QtrAdminDscr reread;
-    if (!reread.Import_Parse(printed.WidePath().c_str())) std::abort();
+    fuzz::Require(reread.Import_Parse(printed.WidePath().c_str()), "the print does not read back");
+    SameCatalogueRequire(admin, reread);
     return 0;
 }

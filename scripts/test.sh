@@ -5,8 +5,10 @@
 #   3. asan:    clang++, AddressSanitizer + UndefinedBehaviorSanitizer, Debug,
 #               fuzz targets built and their corpus replayed, all tests;
 #   4. tsan:    clang++, ThreadSanitizer, the tests whose names hold "Threads";
-#   5. package: installs the release build into build/install and builds and
-#               runs tests/find-package against it with CMake and pkg-config.
+#   5. package: installs the release build into build/install, runs the
+#               installed quantor command from there in a clean environment,
+#               and builds and runs tests/find-package against the install
+#               with CMake and pkg-config.
 # Build trees live under build/. Any failure stops the script non-zero.
 set -euo pipefail
 
@@ -17,7 +19,7 @@ readonly ROOT=$PWD
 readonly JOBS=${QUANTOR_JOBS:-$(nproc)}
 STAGE_TIMES=()
 readonly TOOL_PACKAGES=(cmake ninja-build g++ clang bison libgtest-dev libgmock-dev googletest
-                        libbenchmark-dev pkg-config locales)
+                        libbenchmark-dev pkg-config locales nlohmann-json3-dev)
 
 # The sanitizer and libFuzzer runtimes ship apart from clang, per version.
 ensure_clang_runtime() {
@@ -32,6 +34,14 @@ ensure_german_locale() {
     grep -qix 'de_DE\.utf-\?8' <<<"$(locale -a 2>/dev/null)" && return 0
     log "generating the de_DE.UTF-8 locale"
     $SUDO localedef -i de_DE -c -f UTF-8 de_DE.UTF-8
+}
+
+# The file-search tests switch to a Turkish locale, whose dotless i must not
+# change how letter case is folded.
+ensure_turkish_locale() {
+    grep -qix 'tr_TR\.utf-\?8' <<<"$(locale -a 2>/dev/null)" && return 0
+    log "generating the tr_TR.UTF-8 locale"
+    $SUDO localedef -i tr_TR -c -f UTF-8 tr_TR.UTF-8
 }
 
 # Runs a named stage and records how long it took.
@@ -84,6 +94,18 @@ docs_stage() {
     rm -f "$generated"
 }
 
+# The installed command must start from its prefix with nothing in the
+# environment to help it find its library or its catalogue.
+installed_command_check() {
+    local prefix=$1 out
+    out=$(env -i PATH=/usr/bin:/bin "$prefix/bin/quantor" convert 2.5 km m)
+    [[ $out == 2500 ]] || { echo "installed quantor printed '$out'" >&2; return 1; }
+    out=$(env -i PATH=/usr/bin:/bin "$prefix/bin/quantor" --lang de convert 1 Fuß ft)
+    [[ $out == 1 ]] || { echo "installed quantor did not read German names: '$out'" >&2; return 1; }
+    test -f "$prefix/share/man/man1/quantor.1"
+    test -f "$prefix/share/bash-completion/completions/quantor"
+}
+
 package_stage() {
     local prefix=$ROOT/build/install
     rm -rf "$prefix" build/consumer
@@ -93,6 +115,8 @@ package_stage() {
         echo "internal libraries were installed" >&2
         return 1
     fi
+
+    installed_command_check "$prefix"
 
     cmake -S tests/find-package -B build/consumer -G Ninja -DCMAKE_CXX_COMPILER=g++ -DCMAKE_PREFIX_PATH="$prefix"
     cmake --build build/consumer
@@ -110,6 +134,7 @@ package_stage() {
 ensure_packages "${TOOL_PACKAGES[@]}"
 ensure_clang_runtime
 ensure_german_locale
+ensure_turkish_locale
 
 stage release release_stage
 stage docs docs_stage

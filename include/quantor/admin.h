@@ -6,11 +6,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
 #include "quantor/model.h"
+#include "quantor/name_index.h"
 
 class XLMTranslDict;
 
@@ -66,7 +66,9 @@ public:
     // null while its file cannot be read.
     static const XLMTranslDict* QtrTranslDictDefault();
 
-    // "u:<name> i:<IEEE image> n:<%g>"; false for a name shorter than four characters.
+    // "u:<name> i:<IEEE image> n:<%g>"; false for a name shorter than four
+    // characters. A name holding a blank, "u:" or "i:" is written, but its text
+    // does not read back, since reading takes the first markers it finds.
     static bool UnitAndValueStringGen(const wchar_t* unitName, double value, std::wstring& text);
     static bool UnitAndValueStringGen(const QtrUnitBase* unit, double value, std::wstring& text);
     // Reads a string written by UnitAndValueStringGen; outputs are written only on success.
@@ -85,14 +87,11 @@ private:
     // Indexes every unit of a category held here, in the category's order.
     void IndexUnits(const QtrCategoryBase& category);
 
-    struct IndexEntry {
-        const QtrCategoryBase* category = nullptr;
-        const QtrUnitBase* unit = nullptr;
-    };
+    using IndexEntry = quantor::detail::NameIndex::Entry;
     std::vector<std::unique_ptr<QtrCategoryBase>> categories_;
     // Keyed by views of the names that the held categories and units keep,
     // which live exactly as long as the entries.
-    std::unordered_map<std::wstring_view, IndexEntry> index_;
+    quantor::detail::NameIndex index_;
     std::unordered_set<const QtrCategoryBase*> held_;
     bool valid_ = false;
     // Set once the administration is handed out as the process-wide default:

@@ -72,8 +72,8 @@ private:
     const QtrUnitBase* defaultIntern_ = nullptr;
     const QtrUnitBase* defaultSurface_ = nullptr;
     const QtrAdminBase* admin_;
-    // The administration's name index, through which units are found; null
-    // when the administration is none of this library's kind.
+    // The administration's name index when it is of this library's kind,
+    // resolved once: finding a unit by name is a hot path.
     const QtrAdminStd* index_;
     QtrDateTime date_;
     // The administration that took the category over and owns it; null until then.

@@ -59,6 +59,9 @@ public:
     // or category has. Never allocates for a name of up to 64 characters;
     // safe to call from many threads at once.
     QtrResolvedName Resolve(const wchar_t* typed) const;
+    // The synonyms that resolve to the unit (or, without one, the category)
+    // of `named`, sorted; the exact name and display names are not among them.
+    std::vector<std::wstring> Synonyms(const QtrResolvedName& named) const;
     // Up to `most` known names closest to `typed` (at most three edits,
     // letter case ignored), closest first, one name per unit or category.
     std::vector<std::wstring> Suggest(const wchar_t* typed, std::size_t most = 5) const;

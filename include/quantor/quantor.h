@@ -7,6 +7,7 @@
 #include "quantor/sinks.h"
 #include "quantor/numeric.h"
 #include "quantor/settings.h"
+#include "quantor/setting_names.h"
 #include "quantor/model.h"
 #include "quantor/convinfo.h"
 #include "quantor/unit.h"

@@ -40,6 +40,7 @@ using QtrSettingsFactory = std::function<std::unique_ptr<QtrSettings>()>;
 // factory means creation fails. The default factory answers from the
 // environment: QUANTOR_UNITS_DIR (unset: the shipped catalogue beside the
 // library) for "unitsandcurrencies"/"curr_dscr_filepath", QUANTOR_CURRENCY_MODE
-// for "unitsandcurrencies"/"mode" and QUANTOR_LANGUAGE_ID for
-// "common"/"languageid"; every other key fails.
+// (a region name or mode number, see QtrCurrencyModeRead) for
+// "unitsandcurrencies"/"mode" and QUANTOR_LANGUAGE_ID (a language code or id,
+// see QtrLanguageIdRead) for "common"/"languageid"; every other key fails.
 QUANTOR_API QtrSettingsFactory QtrSetSettingsFactory(QtrSettingsFactory factory);

@@ -1,6 +1,8 @@
 // Process-wide destinations for the library's diagnostics. Install them
 // before the library is used from several threads; installing is itself
-// thread-safe.
+// thread-safe. A sink is called on the thread that reports, possibly from
+// several threads at once, and must not throw: the library catches what a
+// sink throws, drops that text and goes on.
 #pragma once
 
 #include <cstdint>

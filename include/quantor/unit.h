@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "quantor/model.h"
@@ -47,6 +48,9 @@ private:
     // Whether `unitName` is this unit's own name; conversion to the unit
     // itself needs no rule.
     bool IsOwnName(const wchar_t* unitName) const;
+    // Converts into the unit called `name`: the unit itself needs no rule,
+    // any other the rule kept under its name.
+    bool ConvertNamed(double& result, std::wstring_view name, double value) const;
 
     std::wstring name_;
     const QtrCategoryBase* category_;

@@ -196,8 +196,9 @@ void CompletionMisses(const X_DeclarationPlaces& places, const QtrCategoryBase& 
     const X_Place head = places.categoryHead;
     Findings().AddError(head.line, head.column,
                         L"Category " + Quoted(category.Name()) +
-                            L" lacks rules that could not be derived from its convert statements (the library's "
-                            L"message names the first). Check the statements for a factor of zero.",
+                            L" lacks rules that could not be derived from its convert statements: chaining or "
+                            L"inverting them leaves the range of double precision (the library's message names "
+                            L"the first). Link such units through a unit of middling size instead.",
                         libraryText);
 }
 

@@ -56,7 +56,7 @@ void yyerror(X_DscrParse& parse, const char* message);
    operator node that the parse object refuses (nested too deep) has been
    reported and freed; the parse then ends as after a syntax error. */
 %type <expr> conversion_formula value_clause const_expr expr term factor primary name integer
-%destructor { Expr_Free($$); } <expr>
+%destructor { parse.Free($$); } <expr>
 
 /* Where an operand may begin, "+" and "-" could start a signed operand or
    follow an empty operand as an operator; all 20 such conflicts are

@@ -1,13 +1,21 @@
 // The expression-tree node: construction from tokens and operands, deep
 // copying, the structural queries the simplifier and the semantic actions
-// use, operand removal, and printing to the debug trace.
+// use, operand removal, and printing to the debug trace. Every walk over a
+// tree here keeps its pending nodes in a list of its own instead of
+// recursing, so a tree of any depth is copied, searched, printed and freed on
+// a small thread stack. Walks charge the nodes they visit to the work
+// allowance (tree_limits.h).
 #include "dscr/pars_node.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <iterator>
 #include <new>
+#include <utility>
+#include <vector>
 
+#include "dscr/tree_limits.h"
 #include "etc/diag_log.h"
 #include "quantor/numeric.h"
 
@@ -18,6 +26,8 @@ constexpr const wchar_t* kTypeNames[] = {
     L"ND_INT",    L"ND_MINUS", L"ND_MULT",    L"ND_NAME",  L"ND_PLUS",    L"ND_UNMINUS", L"ND_UNPLUS",
 };
 constexpr int32_t kNamedTypes = static_cast<int32_t>(std::size(kTypeNames));
+
+constexpr int kMaxPrintIndent = 1000;
 
 std::atomic<uint32_t> gNextIdentity{1};
 thread_local uint64_t tTreeActivity = 0;
@@ -32,6 +42,53 @@ double HexTokenValue(const std::wstring& text) {
 }
 
 X_ParsNodePtr CopyOf(const X_ParsNodePtr& node) { return node ? std::make_unique<X_ParsNode>(*node) : nullptr; }
+
+// The nodes a walk has still to visit, last in first out. The first few are
+// kept in the walk's own frame, so that walks over small trees, the common
+// case, allocate nothing.
+template <class T>
+class PendingStack {
+public:
+    explicit PendingStack(T first) { Push(first); }
+    void Push(T item) {
+        if (inlineCount_ < kInline)
+            inline_[inlineCount_++] = item;
+        else
+            overflow_.push_back(item);
+    }
+    T Pop() {
+        if (overflow_.empty()) return inline_[--inlineCount_];
+        T item = overflow_.back();
+        overflow_.pop_back();
+        return item;
+    }
+    bool Empty() const { return inlineCount_ == 0 && overflow_.empty(); }
+
+private:
+    static constexpr size_t kInline = 32;
+    // Left uninitialised: only the entries below inlineCount_ are read.
+    std::array<T, kInline> inline_;
+    size_t inlineCount_ = 0;
+    std::vector<T> overflow_;
+};
+
+// Visits the nodes of a tree in pre-order (node, left subtree, right
+// subtree) until `visit` answers true; the node it stopped at, or null.
+template <class Node, class Visit>
+Node* PreOrderFind(Node* root, Visit visit) {
+    PendingStack<Node*> pending(root);
+    uint64_t visited = 0;
+    Node* found = nullptr;
+    while (!pending.Empty() && !found) {
+        Node* node = pending.Pop();
+        ++visited;
+        if (visit(*node)) found = node;
+        if (node->Right()) pending.Push(node->Right());
+        if (node->Left()) pending.Push(node->Left());
+    }
+    quantor::detail::TreeWork_Charge(visited);
+    return found;
+}
 
 }  // namespace
 
@@ -69,10 +126,25 @@ X_ParsNode::X_ParsNode(TE_PNodeId id, X_ParsNodePtr left, X_ParsNodePtr right)
     }
 }
 
-X_ParsNode::X_ParsNode(const X_ParsNode& other)
+// Copies the fields first, then the children level by level from a list of
+// (source, copy) pairs still to be filled in.
+X_ParsNode::X_ParsNode(const X_ParsNode& other) : X_ParsNode(FieldsOnly{}, other) {
+    PendingStack<std::pair<const X_ParsNode*, X_ParsNode*>> pending({&other, this});
+    uint64_t copied = 1;
+    while (!pending.Empty()) {
+        const auto [from, to] = pending.Pop();
+        for (auto [source, copy] : {std::pair{&from->left_, &to->left_}, std::pair{&from->right_, &to->right_}}) {
+            if (!*source) continue;
+            *copy = std::unique_ptr<X_ParsNode>(new X_ParsNode(FieldsOnly{}, **source));
+            pending.Push({source->get(), copy->get()});
+            ++copied;
+        }
+    }
+    quantor::detail::TreeWork_Charge(copied * quantor::detail::kNodeCopyWork);
+}
+
+X_ParsNode::X_ParsNode(FieldsOnly, const X_ParsNode& other)
     : type_(other.type_),
-      left_(CopyOf(other.left_)),
-      right_(CopyOf(other.right_)),
       line_(other.line_),
       column_(other.column_),
       name_(other.name_),
@@ -92,8 +164,24 @@ X_ParsNode& X_ParsNode::operator=(const X_ParsNode& other) {
 }
 
 X_ParsNode::~X_ParsNode() {
-    left_.reset();
-    right_.reset();
+    SubtreeFree(std::move(left_));
+    SubtreeFree(std::move(right_));
+}
+
+// Frees a tree without recursion and without allocating: a node with a left
+// child is rotated right until the node at the top has none; then it goes,
+// and its right child takes its place. Each node so freed has no children.
+void X_ParsNode::SubtreeFree(X_ParsNodePtr root) {
+    while (root) {
+        if (root->left_) {
+            X_ParsNodePtr left = std::move(root->left_);
+            root->left_ = std::move(left->right_);
+            left->right_ = std::move(root);
+            root = std::move(left);
+        } else {
+            root = std::move(root->right_);
+        }
+    }
 }
 
 X_ParsNodePtr X_ParsNode::NewLeaf(TE_PNodeId id, const X_Token& token) {
@@ -192,16 +280,28 @@ TE_PNodeId X_ParsNode::Inv_NodeId() const {
 }
 
 int X_ParsNode::Depth() const {
-    const int leftDepth = left_ ? left_->Depth() + 1 : 0;
-    const int rightDepth = right_ ? right_->Depth() + 1 : 0;
-    return std::max(leftDepth, rightDepth);
+    PendingStack<std::pair<const X_ParsNode*, int>> pending({this, 0});
+    int depth = 0;
+    uint64_t visited = 0;
+    while (!pending.Empty()) {
+        const auto [node, level] = pending.Pop();
+        ++visited;
+        depth = std::max(depth, level);
+        if (node->left_) pending.Push({node->left_.get(), level + 1});
+        if (node->right_) pending.Push({node->right_.get(), level + 1});
+    }
+    quantor::detail::TreeWork_Charge(visited);
+    return depth;
+}
+
+int X_ParsNode::NodeCount() const {
+    int count = 0;
+    PreOrderFind(this, [&count](const X_ParsNode&) { return ++count, false; });
+    return count;
 }
 
 const X_ParsNode* X_ParsNode::FindName(const wchar_t* name) const {
-    if (IsName() && (!name || name_ == name)) return this;
-    const X_ParsNode* found = left_ ? left_->FindName(name) : nullptr;
-    if (!found && right_) found = right_->FindName(name);
-    return found;
+    return PreOrderFind(this, [name](const X_ParsNode& node) { return node.IsName() && (!name || node.name_ == name); });
 }
 
 X_ParsNode* X_ParsNode::FindName(const wchar_t* name) {
@@ -215,13 +315,15 @@ int X_ParsNode::FindNode(const X_ParsNode* target, NodeMatcher equal, X_ParsNode
         found = this;
         return 1;
     }
-    return FindNodeBelow(target, equal, parent, found);
+    int answer = 0;
+    PreOrderFind(this, [&](X_ParsNode& node) { return (answer = node.ChildFind(target, equal, parent, found)) != 0; });
+    return answer;
 }
 
-// Tests both children, then searches the left and the right subtree. Each
-// node is tested once: as a child before its own subtree is searched.
-int X_ParsNode::FindNodeBelow(const X_ParsNode* target, NodeMatcher equal, X_ParsNode*& parent,
-                              X_ParsNode*& found) {
+// Tests the left child (answer 2) and the right child (answer 4). Visited in
+// pre-order, every node below the root is tested once, as a child, before its
+// own subtree is searched.
+int X_ParsNode::ChildFind(const X_ParsNode* target, NodeMatcher equal, X_ParsNode*& parent, X_ParsNode*& found) {
     for (const auto& [child, answer] : {std::pair{left_.get(), 2}, std::pair{right_.get(), 4}}) {
         if (child && equal(child, target)) {
             parent = this;
@@ -229,21 +331,17 @@ int X_ParsNode::FindNodeBelow(const X_ParsNode* target, NodeMatcher equal, X_Par
             return answer;
         }
     }
-    int answer = left_ ? left_->FindNodeBelow(target, equal, parent, found) : 0;
-    if (answer == 0 && right_) answer = right_->FindNodeBelow(target, equal, parent, found);
-    return answer;
+    return 0;
 }
 
 const X_ParsNode* X_ParsNode::EarliestPosition() const {
     const X_ParsNode* earliest = this;
-    EarliestSearch(earliest);
+    PreOrderFind(this, [&earliest](const X_ParsNode& node) {
+        if (node.line_ < earliest->line_ || (node.line_ == earliest->line_ && node.column_ < earliest->column_))
+            earliest = &node;
+        return false;
+    });
     return earliest;
-}
-
-void X_ParsNode::EarliestSearch(const X_ParsNode*& earliest) const {
-    if (line_ < earliest->line_ || (line_ == earliest->line_ && column_ < earliest->column_)) earliest = this;
-    if (left_) left_->EarliestSearch(earliest);
-    if (right_) right_->EarliestSearch(earliest);
 }
 
 void X_ParsNode::SubExpr_Del(X_ParsNode* child) {
@@ -265,11 +363,30 @@ void X_ParsNode::SubExpr_Del(X_ParsNode* child) {
     }
 }
 
+// Right subtree, node, left subtree: a list of nodes still to print, each
+// either to be expanded into its three parts or, once expanded, to be written.
+// The indentation stops growing at kMaxPrintIndent blanks, so that the text
+// of a degenerate tree grows with its size, not with the square of its depth.
 void X_ParsNode::Print(int indent, const wchar_t* title) const {
     if (title) Trace_Write(L"X_ParsNode::Print: %s :\n", title);
-    if (right_) right_->Print(indent + 5, nullptr);
-    Trace_Write(L"%s %s\n", std::wstring(static_cast<size_t>(std::max(indent, 0)), L' '), NodeText());
-    if (left_) left_->Print(indent + 5, nullptr);
+    if (!Trace_IsActive()) return;
+    struct Pending {
+        const X_ParsNode* node;
+        int indent;
+        bool expanded;
+    };
+    PendingStack<Pending> pending({this, indent, false});
+    while (!pending.Empty()) {
+        const Pending item = pending.Pop();
+        if (item.expanded) {
+            const size_t blanks = static_cast<size_t>(std::clamp(item.indent, 0, kMaxPrintIndent));
+            Trace_Write(L"%s %s\n", std::wstring(blanks, L' '), item.node->NodeText());
+            continue;
+        }
+        if (item.node->left_) pending.Push({item.node->left_.get(), item.indent + 5, false});
+        pending.Push({item.node, item.indent, true});
+        if (item.node->right_) pending.Push({item.node->right_.get(), item.indent + 5, false});
+    }
 }
 
 std::wstring X_ParsNode::NodeText() const {

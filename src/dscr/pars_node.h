@@ -10,6 +10,7 @@
 #include <string>
 
 #include "dscr/parse_error.h"
+#include "dscr/tree_limits.h"
 #include "dscr/token.h"
 
 // The node types; the enumerator names are the printed type names.
@@ -106,6 +107,8 @@ public:
     TE_PNodeId Inv_NodeId() const;
     // Height of the subtree: 0 for a node without children.
     int Depth() const;
+    // Nodes in the subtree, this one included.
+    int NodeCount() const;
     // Pre-order search for a name-class node with this exact name; with a
     // null name any name-class node matches. Null when none.
     X_ParsNode* FindName(const wchar_t* name);
@@ -134,7 +137,8 @@ public:
     std::wstring NodeText() const;
 
     // Simplifies the tree in place until nothing changes; the number of
-    // changes, or -1 when it stopped at the bound on the number of rounds.
+    // changes, or -1 when it stopped at the bound on the number of rounds or
+    // at the simplifier's limits (tree_limits.h, "formula too complex").
     int Tree_Opt();
 
     // Tree surgery for the simplifier. Every edit of a node clears its
@@ -154,8 +158,11 @@ private:
     void Touch();
     void FieldsTake(const X_ParsNode& other);
     X_ParsNodePtr ChildRelease(const X_ParsNode* child);
-    int FindNodeBelow(const X_ParsNode* target, NodeMatcher equal, X_ParsNode*& parent, X_ParsNode*& found);
-    void EarliestSearch(const X_ParsNode*& earliest) const;
+    int ChildFind(const X_ParsNode* target, NodeMatcher equal, X_ParsNode*& parent, X_ParsNode*& found);
+    // A copy of `other` without its children.
+    struct FieldsOnly {};
+    X_ParsNode(FieldsOnly, const X_ParsNode& other);
+    static void SubtreeFree(X_ParsNodePtr root);
 
     TE_PNodeId type_ = ND_NOTYPE;
     X_ParsNodePtr left_;
@@ -178,9 +185,11 @@ void TreeActivity_Note();
 
 }  // namespace quantor::detail
 
-// Node-form error report from the tree code, counted as tree activity.
+// Node-form error report from the tree code, counted as tree activity and
+// charged as work.
 template <class... Args>
 void TreeError_Report(const X_ParsNode* node, const wchar_t* format, const Args&... args) {
     quantor::detail::TreeActivity_Note();
+    quantor::detail::TreeWork_Charge(quantor::detail::kReportWork);
     ParseError_ReportAt(node, format, args...);
 }

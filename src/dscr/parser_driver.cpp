@@ -5,27 +5,29 @@
 #include "dscr/parser_driver.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
 
 #include "dscr/grammar.tab.h"
 #include "dscr/syntax_error.h"
+#include "dscr/tree_limits.h"
 #include "etc/diag_log.h"
+#include "etc/utf8.h"
 
 namespace {
+
+using namespace quantor::detail;
 
 bool IsStatementStart(int id) {
     return id == TOKID_KW_CATEG || id == TOKID_KW_CONV || id == TOKID_KW_UNIT || id == TOKID_KW_DFLTINTRN ||
            id == TOKID_KW_DFLTSURFC;
 }
 
-int NodeCount(const X_ParsNode* node) { return node ? 1 + NodeCount(node->Left()) + NodeCount(node->Right()) : 0; }
-
-// The value of a tree that the simplifier may have reshaped.
-X_Expr Measured(X_ParsNodePtr tree) {
-    if (!tree) return kNoExpr;
-    const X_Expr value{tree.get(), tree->Depth(), NodeCount(tree.get())};
-    tree.release();
-    return value;
+// The simplifier's work allowance for reading the file at `path`.
+uint64_t ParseWorkAllowance(const std::wstring& path) {
+    std::error_code error;
+    const uintmax_t bytes = std::filesystem::file_size(ToUtf8(path), error);
+    return kParseBaseWorkAllowance + (error ? 0 : kParseWorkPerByte * static_cast<uint64_t>(bytes));
 }
 
 }  // namespace
@@ -63,22 +65,24 @@ void X_DscrParse::SyntaxError_Report(std::vector<int> expected) {
     errors.findings.AddError(placed.line, placed.column, placed.message, ParseError_Text(kMessage));
 }
 
-X_Expr X_DscrParse::Record(X_Expr value) {
-    lastReduction_ = value;
-    return value;
+X_DscrParse::~X_DscrParse() {
+    for (X_ParsNode* tree : owned_) delete tree;
 }
 
-X_Expr X_DscrParse::Leaf(TE_PNodeId type) {
-    X_ParsNodePtr leaf = X_ParsNode::NewLeaf(type, errors.lastToken);
-    return Record(leaf ? X_Expr{leaf.release(), 0, 1} : kNoExpr);
+X_Expr X_DscrParse::Record(X_ParsNodePtr tree, int depth, int nodes) {
+    if (tree) owned_.push_back(tree.get());
+    lastReduction_ = tree ? X_Expr{tree.release(), depth, nodes} : kNoExpr;
+    return lastReduction_;
 }
+
+X_Expr X_DscrParse::Leaf(TE_PNodeId type) { return Record(std::make_unique<X_ParsNode>(type, errors.lastToken), 0, 1); }
 
 bool X_DscrParse::Operator(X_Expr& result, TE_PNodeId type, X_Expr left, X_Expr right) {
-    X_ParsNodePtr node = X_ParsNode::NewOperator(type, X_ParsNodePtr(left.node), X_ParsNodePtr(right.node));
-    const X_Expr value{node.get(), 1 + std::max(left.depth, right.depth), 1 + left.nodes + right.nodes};
-    if (node && value.depth <= kMaxExpressionDepth && value.nodes <= kMaxExpressionNodes) {
-        node.release();
-        result = Record(value);
+    const int depth = 1 + std::max(left.depth, right.depth);
+    const int nodes = 1 + left.nodes + right.nodes;
+    auto node = std::make_unique<X_ParsNode>(type, Take(left), Take(right));
+    if (depth <= kMaxExpressionDepth && nodes <= kMaxExpressionNodes) {
+        result = Record(std::move(node), depth, nodes);
         return true;
     }
     ParseError_ReportFinal(node.get(), L"expression too deep\n");
@@ -91,22 +95,50 @@ bool X_DscrParse::Formula(X_Expr& result, X_Expr target, X_Expr source) {
     return Operator(result, ND_CONVFORM, target, source);
 }
 
+// Once the file's work allowance is spent nothing is copied: every formula
+// from then on is reported as too complex by the simplifier anyway.
 X_Expr X_DscrParse::EmptyOperand() {
-    if (!lastReduction_.node) return Record(kNoExpr);
-    auto copy = std::make_unique<X_ParsNode>(*lastReduction_.node);
-    return Record({copy.release(), lastReduction_.depth, lastReduction_.nodes});
+    if (!lastReduction_.node || TreeWork_Exhausted()) return Record(nullptr, -1, 0);
+    const X_Expr last = lastReduction_;
+    return Record(std::make_unique<X_ParsNode>(*last.node), last.depth, last.nodes);
 }
 
-X_Expr X_DscrParse::ConstExpr(X_Expr expression) { return Record(Measured(Expr_Const(Take(expression)))); }
+X_Expr X_DscrParse::ConstExpr(X_Expr expression) {
+    X_ParsNodePtr tree = Expr_Const(Take(expression));
+    if (!tree) return Record(nullptr, -1, 0);
+    const int depth = tree->Depth();
+    const int nodes = tree->NodeCount();
+    return Record(std::move(tree), depth, nodes);
+}
 
-X_Expr X_DscrParse::NoValue() { return Record(kNoExpr); }
+X_Expr X_DscrParse::NoValue() { return Record(nullptr, -1, 0); }
 
+// Values are taken in about the order they were made, so the search from
+// the back is short.
 X_ParsNodePtr X_DscrParse::Take(X_Expr value) {
-    if (value.node && value.node == lastReduction_.node) lastReduction_ = kNoExpr;
+    if (!value.node) return nullptr;
+    if (value.node == lastReduction_.node) lastReduction_ = kNoExpr;
+    const auto owner = std::find(owned_.rbegin(), owned_.rend(), value.node);
+    if (owner != owned_.rend()) owned_.erase(std::next(owner).base());
     return X_ParsNodePtr(value.node);
 }
 
-void Expr_Free(X_Expr value) { delete value.node; }
+void X_DscrParse::Free(X_Expr value) { Take(value); }
+
+namespace {
+
+// Runs the parser. An allocation that fails inside it ends the parse as an
+// error of the file; the trees on the parser's stack are freed with the
+// parse object, and the actions' objects with the actions' state.
+void ParserRun(X_DscrParse& parse) {
+    try {
+        yyparse(parse);
+    } catch (const std::exception&) {
+        ParseError_Report(L"out of memory\n");
+    }
+}
+
+}  // namespace
 
 namespace {
 
@@ -124,7 +156,9 @@ void OpenFailure_Record(X_DscrParse& parse, const std::wstring& libraryText) {
 
 }  // namespace
 
-bool Parse_UnitdescrFile(QtrAdminStd* admin, const std::wstring& path, QtrDiagnostics* findings) {
+namespace {
+
+bool ParseFile(QtrAdminStd* admin, const std::wstring& path, QtrDiagnostics* findings) {
     X_DscrParse parse(admin);
     parse.errors.findings.CollectInto(findings, path);
     if (!parse.scanner.SFOpen(path)) {
@@ -136,11 +170,28 @@ bool Parse_UnitdescrFile(QtrAdminStd* admin, const std::wstring& path, QtrDiagno
     parse.errors.fileName = parse.scanner.FileName();
     {
         const X_ParseStateScope scope(parse.errors);
-        yyparse(parse);
+        const TreeWorkAllowance allowance(ParseWorkAllowance(parse.scanner.FileName()));
+        ParserRun(parse);
     }
     parse.scanner.Close();
     const int32_t errorCount = parse.errors.errorCount;
     if (errorCount == 0) return true;
     Error_Report(kSrcParsOps, 108, L"Parse_UnitdescrFile(,\"%s\"): %d errors\n", path, errorCount);
+    return false;
+}
+
+}  // namespace
+
+// Memory that runs out outside the parser proper (opening the file, the
+// summary) fails the read with a log line, if there is memory for that.
+bool Parse_UnitdescrFile(QtrAdminStd* admin, const std::wstring& path, QtrDiagnostics* findings) {
+    try {
+        return ParseFile(admin, path, findings);
+    } catch (const std::exception&) {
+    }
+    try {
+        Error_Report(kSrcParsOps, 108, L"Parse_UnitdescrFile(,\"%s\"): out of memory\n", path);
+    } catch (const std::exception&) {
+    }
     return false;
 }

@@ -31,13 +31,18 @@ inline constexpr X_Expr kNoExpr{nullptr, -1, 0};
 
 class X_DscrParse {
 public:
-    // Deeper or larger expressions are refused: the tree code walks
-    // recursively, and the empty operand's copies could double a tree's size
-    // with every operator.
-    static constexpr int kMaxExpressionDepth = 1000;
+    // Deeper or larger expressions are refused: the simplifier recurses
+    // (within its own nesting limit, tree_limits.h), and the empty operand's
+    // copies could double a tree's size with every operator. Real formulas
+    // are less than 30 levels deep.
+    static constexpr int kMaxExpressionDepth = 200;
     static constexpr int kMaxExpressionNodes = 10000;
 
     explicit X_DscrParse(QtrAdminStd* admin) : actions(admin) {}
+    // Frees the trees still owned by values, which an exception can leave.
+    ~X_DscrParse();
+    X_DscrParse(const X_DscrParse&) = delete;
+    X_DscrParse& operator=(const X_DscrParse&) = delete;
 
     // The token source: hands the next token to the parser and keeps it as
     // the last token; 0 at the end of the file. A keyword that starts a
@@ -63,13 +68,17 @@ public:
     // Hands a value's tree over to a semantic action; if it was the value of
     // the most recent reduction, that value is cleared with it.
     X_ParsNodePtr Take(X_Expr value);
+    // Frees a value's tree; the parser calls it for values it abandons.
+    void Free(X_Expr value);
 
     X_ParseState errors;  // file name, last token and error count
     X_New_Scanfile scanner;
     X_ActionState actions;
 
 private:
-    X_Expr Record(X_Expr value);
+    // Makes `tree` a value owned by this parse and the value of the most
+    // recent reduction.
+    X_Expr Record(X_ParsNodePtr tree, int depth, int nodes);
     void ScanFault_Record();
 
     X_Expr lastReduction_ = kNoExpr;
@@ -79,10 +88,10 @@ private:
     int precedingEndLine_ = -1;
     int precedingEndColumn_ = 0;
     bool scanFaultRecorded_ = false;
+    // The trees of all values made and not yet taken or freed: those on the
+    // parser's stack, which bison cannot free when an exception passes.
+    std::vector<X_ParsNode*> owned_;
 };
-
-// Frees a value's tree; the parser calls it for values it abandons.
-void Expr_Free(X_Expr value);
 
 // Reads the description file at `path` into `admin`. True when the file was
 // read without a counted error; a faulty file is reported by one log line.

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <new>
 #include <vector>
 
 #include "dscr/parse_error.h"
@@ -30,9 +31,13 @@ Std* Changeable(const Base* object) {
     return const_cast<Std*>(dynamic_cast<const Std*>(object));
 }
 
-// Offers `category` to the administration; true when it holds it afterwards.
+// Offers `category` to the administration; true when it holds it afterwards,
+// also when the offer ran out of memory half way.
 bool AdminTakes(QtrAdminStd& admin, QtrCategoryBase* category) {
-    admin.Categ_Add(category);
+    try {
+        admin.Categ_Add(category);
+    } catch (const std::bad_alloc&) {
+    }
     return admin.Categ_Holds(category);
 }
 
@@ -74,9 +79,9 @@ bool FormulaRefused(const X_ParsNode* formula, const wchar_t* message) {
     return false;
 }
 
-// What the walk down a source expression finds: the source unit's name, the
-// innermost multiplication or division and the innermost addition or
-// subtraction, and the sign changes on the way.
+// What the walk down a source expression finds: the source unit's name, its
+// one multiplication or division and its one addition or subtraction, and
+// the sign changes on the way.
 struct SourceShape {
     const X_ParsNode* name = nullptr;
     const X_ParsNode* factor = nullptr;
@@ -86,8 +91,17 @@ struct SourceShape {
     double sign = 1.0;
 };
 
+// Records `operand` as the factor or addend; false if one is there already
+// (the formula would mean more than one rule can hold) or it is no number.
+bool OperandTake(const X_ParsNode* operand, const X_ParsNode*& slot) {
+    if (slot || !operand || !operand->IsConstant()) return false;
+    slot = operand;
+    return true;
+}
+
 // Walks from `node` down the left operands to the source unit's name; false
-// when it meets a node it cannot pass (a number, for one) or runs out.
+// when it meets a node it cannot pass (a number, for one), a second factor or
+// addend, an operand that is no number, or runs out.
 bool SourceWalk(const X_ParsNode* node, SourceShape& shape) {
     for (; node; node = node->Left()) {
         switch (node->Type()) {
@@ -95,13 +109,13 @@ bool SourceWalk(const X_ParsNode* node, SourceShape& shape) {
                 shape.divide = true;
                 [[fallthrough]];
             case ND_MULT:
-                shape.factor = node->Right();
+                if (!OperandTake(node->Right(), shape.factor)) return false;
                 break;
             case ND_MINUS:
                 shape.subtract = true;
                 [[fallthrough]];
             case ND_PLUS:
-                shape.addend = node->Right();
+                if (!OperandTake(node->Right(), shape.addend)) return false;
                 break;
             case ND_UNMINUS:
                 shape.sign = -shape.sign;
@@ -123,6 +137,13 @@ void UnknownUnitReport(const X_ActionState& state, int32_t line, const wchar_t* 
     const std::wstring message = QtrFormat(format, name);
     Error_Report(kSrcParsOps, line, L"%s", message);
     RuleUnitUnknown(*state.category, name, PlaceOf(node), message);
+}
+
+// Whether a rule made from factor f and addend a stores usable numbers: its
+// factor 1/f is finite and not zero, its addend a/f finite.
+bool IsStorableRule(double factor, double addend) {
+    const double storedFactor = 1.0 / factor;
+    return std::isfinite(storedFactor) && storedFactor != 0.0 && std::isfinite(addend / factor);
 }
 
 // Gives the current rule its units and formula and hands it to the source
@@ -152,7 +173,15 @@ void RuleHandOver(X_ActionState& state, const X_ParsNode& formula, const std::ws
 
 X_ActionState::X_ActionState(QtrAdminStd* administration) : admin(administration) {}
 
-X_ActionState::~X_ActionState() { CategoryHandOver(*this); }
+// Without memory to find out whether the administration took the category,
+// the category is left to it rather than freed twice.
+X_ActionState::~X_ActionState() {
+    try {
+        CategoryHandOver(*this);
+    } catch (const std::bad_alloc&) {
+        (void)newCategory.release();
+    }
+}
 
 void Cat_Begin(X_ActionState& state, X_ParsNodePtr name, X_ParsNodePtr /*value*/) {
     state.defaultIntern = nullptr;
@@ -182,7 +211,16 @@ void Unit_Begin(X_ActionState& state, X_ParsNodePtr name, X_ParsNodePtr /*value*
     const QtrUnitBase* held = state.category->Unit(unitName.c_str());
     if (!held) UnitNameCheck(state.admin, unitName, place);
     auto unit = std::make_unique<QtrUnitStd>(state.category, unitName.c_str());
-    const int added = state.category->UnitAdd(unit.get());
+    int added = 0;
+    try {
+        added = state.category->UnitAdd(unit.get());
+    } catch (const std::bad_alloc&) {
+        // The category may hold the unit already when its name index ran out.
+        std::vector<const QtrUnitBase*> units;
+        state.category->UnitPtrs(units);
+        if (std::ranges::find(units, unit.get()) != units.end()) (void)unit.release();
+        throw;
+    }
     if (added > 0) {
         // Places serve only the findings, so they are kept only for a collector.
         if (ParseState_Current().findings.IsCollecting()) state.places.units[unit.get()] = place;
@@ -227,13 +265,18 @@ bool Conv_GetFromRight(const X_ParsNode* formula, std::wstring& target, std::wst
     SourceShape shape;
     if (!SourceWalk(formula->Right(), shape) || shape.name->Name().empty())
         return FormulaRefused(formula, L"Conv_GetFromRight(): error in formula\n");
-    source = shape.name->Name();
-    if (shape.addend) addend = shape.subtract ? -shape.addend->Value() : shape.addend->Value();
-    factor = shape.sign;
+    double readAddend = 0.0;
+    double readFactor = shape.sign;
+    if (shape.addend) readAddend = shape.subtract ? -shape.addend->Value() : shape.addend->Value();
     if (shape.factor) {
-        factor *= shape.factor->Value();
-        if (shape.divide) factor = 1.0 / factor;
+        readFactor *= shape.factor->Value();
+        if (shape.divide) readFactor = 1.0 / readFactor;
     }
+    if (!IsStorableRule(readFactor, readAddend))
+        return FormulaRefused(formula, L"Conv_GetFromRight(): error in formula\n");
+    source = shape.name->Name();
+    factor = readFactor;
+    addend = readAddend;
     target = formula->Left()->Name();
     return true;
 }

@@ -59,6 +59,7 @@ X_ParsNodePtr Expr_Const(X_ParsNodePtr expression);
 
 // Reads target name, source name, factor and addend off a simplified
 // formula "target <- source [*|/ number] [+|- number]"; a formula of another
-// shape is reported and answers false.
+// shape, or one whose rule would store a factor that is zero, infinite or
+// NaN or an addend that is infinite or NaN, is reported and answers false.
 bool Conv_GetFromRight(const X_ParsNode* formula, std::wstring& target, std::wstring& source, double& factor,
                        double& addend);

@@ -4,11 +4,16 @@
 // reciprocal in a quotient) are both removed, or the node becomes 0 or 1
 // when the two operands themselves match. The structural matchers and the
 // pair search live here too.
+// The matchers and the searches recurse; each level counts towards the
+// simplifier's limits (tree_limits.h), and at a limit they answer "no match".
+#include "dscr/tree_limits.h"
 #include "dscr/tree_opt.h"
 
 namespace quantor::detail {
 
 bool IsEqualExpr(const X_ParsNode* a, const X_ParsNode* b) {
+    const TreeStep step;
+    if (!step.Allowed()) return false;
     if (!a || !b) return !a && !b;
     if (a->IsLeaf() && b->IsLeaf()) return a->IsConstant() ? TreeValuesEqual(a->Value(), b->Value()) : a->Name() == b->Name();
     if (a->Type() == ND_UNMINUS) return IsNegatedExpr(a->Left(), b);
@@ -19,6 +24,8 @@ bool IsEqualExpr(const X_ParsNode* a, const X_ParsNode* b) {
 }
 
 bool IsNegatedExpr(const X_ParsNode* a, const X_ParsNode* b) {
+    const TreeStep step;
+    if (!step.Allowed()) return false;
     if (!a || !b) return !a && !b;
     if (a->IsConstant() && b->IsConstant()) return TreeValuesEqual(a->Value(), -b->Value());
     if (a->Type() == ND_UNMINUS) return IsEqualExpr(a->Left(), b);
@@ -55,7 +62,8 @@ bool IsReciprocalExpr(const X_ParsNode* a, const X_ParsNode* b) {
 }
 
 std::optional<CancelPair> FindCancelPair(X_ParsNode* left, X_ParsNode* right, X_ParsNode::NodeMatcher matches) {
-    if (!left || !right) return std::nullopt;
+    const TreeStep step;
+    if (!left || !right || !step.Allowed()) return std::nullopt;
     CancelPair pair;
     if (right->FindNode(left, matches, pair.parentB, pair.b)) {
         pair.a = left;
@@ -92,7 +100,8 @@ X_ParsNode::NodeMatcher CancelMatcher(TE_PNodeId type) {
 // Clears the fixed-point marks (see tree_opt.cpp) on the path from `from`
 // down to `target`: an edit of `target` changes every subtree on the way.
 bool FixedPointMarksClear(X_ParsNode* from, const X_ParsNode* target) {
-    if (!from) return false;
+    const TreeStep step;
+    if (!from || !step.Allowed()) return false;
     if (from != target && !FixedPointMarksClear(from->Left(), target) && !FixedPointMarksClear(from->Right(), target))
         return false;
     from->SetFixedPointMark(0);

@@ -24,12 +24,14 @@
 // A subtree that never reaches its fixed point is run to its bound on every
 // call, and each enclosing call then runs to its bound as well, so the work
 // grows with the depth as fast as the naive algorithm's. To end in time on
-// any input, one top-level Tree_Opt may run at most kRoundBudget rounds; a
-// formula that needs more is left as far as it got and reported as too
-// complex. Formulas of real catalogues settle within a few hundred rounds.
+// any input, the simplifier works within the limits of tree_limits.h: a
+// formula that needs more work or deeper recursion than they allow is left
+// as far as it got and reported as too complex.
 #include "dscr/tree_opt.h"
 
 #include <atomic>
+
+#include "dscr/tree_limits.h"
 
 namespace quantor::detail {
 
@@ -46,32 +48,31 @@ namespace {
 
 using namespace quantor::detail;
 
-constexpr uint64_t kRoundBudget = 200000;
-
 std::atomic<uint64_t> gLastRunNumber{0};
 thread_local uint64_t tRunNumber = 0;
-thread_local uint64_t tRoundsLeft = 0;
-thread_local bool tBudgetExhausted = false;
 
-// Gives the running top-level Tree_Opt its own number for the marks and its
-// budget of rounds.
-class RunNumberScope {
+// Gives the running top-level Tree_Opt its own number for the marks, a fresh
+// nesting limit and its share of work.
+class RunScope {
 public:
-    RunNumberScope() : previous_(tRunNumber), previousRoundsLeft_(tRoundsLeft) {
+    RunScope()
+        : previousNumber_(tRunNumber),
+          previousNestingExceeded_(TreeLimits().nestingExceeded),
+          allowance_(kFormulaWorkAllowance) {
         tRunNumber = ++gLastRunNumber;
-        tRoundsLeft = kRoundBudget;
-        tBudgetExhausted = false;
+        TreeLimits().nestingExceeded = false;
     }
-    ~RunNumberScope() {
-        tRunNumber = previous_;
-        tRoundsLeft = previousRoundsLeft_;
+    ~RunScope() {
+        tRunNumber = previousNumber_;
+        TreeLimits().nestingExceeded = previousNestingExceeded_;
     }
-    RunNumberScope(const RunNumberScope&) = delete;
-    RunNumberScope& operator=(const RunNumberScope&) = delete;
+    RunScope(const RunScope&) = delete;
+    RunScope& operator=(const RunScope&) = delete;
 
 private:
-    uint64_t previous_;
-    uint64_t previousRoundsLeft_;
+    uint64_t previousNumber_;
+    bool previousNestingExceeded_;
+    TreeWorkAllowance allowance_;
 };
 
 struct RoundCounts {
@@ -95,16 +96,14 @@ RoundCounts Tree_OptRound(X_ParsNode& node, TreeOptimizer optimize) {
 }
 
 int Tree_OptMarked(X_ParsNode& node) {
-    if (node.FixedPointMark() == tRunNumber || tBudgetExhausted) return 0;
+    if (node.FixedPointMark() == tRunNumber) return 0;
+    TreeStep step;
+    if (!step.Allowed()) return 0;
     const int bound = node.Depth() + 1;
     int changes = 0;
     int rounds = 0;
     while (rounds <= bound) {
-        if (tRoundsLeft == 0) {
-            tBudgetExhausted = true;
-            return changes;
-        }
-        --tRoundsLeft;
+        if (!step.Charge()) return changes;
         const uint64_t activityBefore = TreeActivityCount();
         const RoundCounts counts = Tree_OptRound(node, Tree_OptMarked);
         changes += counts.Changes();
@@ -121,9 +120,9 @@ int Tree_OptMarked(X_ParsNode& node) {
 }  // namespace
 
 int X_ParsNode::Tree_Opt() {
-    RunNumberScope run;
+    const RunScope run;
     const int changes = Tree_OptMarked(*this);
-    if (!tBudgetExhausted) return changes;
+    if (!TreeLimit_Reached()) return changes;
     TreeError_Report(this, L"X_ParsNode::Tree_Opt: formula too complex\n");
     return -1;
 }

@@ -57,6 +57,17 @@ private:
     std::atomic<bool> active_{static_cast<bool>(*sink_)};
 };
 
+// Sinks must not throw; one that does anyway loses that text, and the
+// library goes on as if it had been written.
+template <class Sink, class Item>
+void SinkCall(const Sink& sink, const Item& item) {
+    if (!sink) return;
+    try {
+        sink(item);
+    } catch (...) {
+    }
+}
+
 SinkSlot<QtrLogSink>& LogSlot() {
     static SinkSlot<QtrLogSink> slot{QtrLogSink(WriteToStderr)};
     return slot;
@@ -91,14 +102,14 @@ void Error_WriteMessage(const std::wstring& message) {
     }
     QtrLogEntry entry{L"Quantor", tRecorded.file, static_cast<uint32_t>(line), message, kUnexpectedFailure};
     const auto sink = LogSlot().Get();
-    if (*sink) (*sink)(entry);
+    SinkCall(*sink, entry);
 }
 
 bool Trace_IsActive() { return TraceSlot().IsActive(); }
 
 void Trace_WriteText(const std::wstring& text) {
     const auto sink = TraceSlot().Get();
-    if (*sink) (*sink)(text);
+    SinkCall(*sink, text);
 }
 
 int32_t Trace_NextNumber() { return ++gTraceCounter; }

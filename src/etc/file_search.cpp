@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cwctype>
 #include <filesystem>
 #include <vector>
 
@@ -54,8 +53,12 @@ std::wstring WithTrailingSlash(std::wstring folder) {
     return folder;
 }
 
+// ASCII case folding: the pattern is ASCII, and the process locale must not
+// change what matches (in a Turkish locale towlower('I') is a dotless i).
+wchar_t AsciiLower(wchar_t c) { return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c; }
+
 size_t FindIgnoringCase(std::wstring text, const std::wstring& lowerCasePattern) {
-    for (wchar_t& c : text) c = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(c)));
+    std::ranges::transform(text, text.begin(), AsciiLower);
     return text.find(lowerCasePattern);
 }
 

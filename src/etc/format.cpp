@@ -3,6 +3,7 @@
 // never changes a decimal point), strings and characters are padded here.
 #include "etc/format.h"
 
+#include <algorithm>
 #include <clocale>
 #include <climits>
 #include <cstdio>
@@ -137,6 +138,20 @@ std::wstring RenderConversion(const Directive& d, wchar_t conv, const FormatArg&
     }
 }
 
+// The size of an integer argument, at most kMaxWidth, and its sign; no
+// value, not even the most negative one, is negated.
+int ClampedMagnitude(const FormatArg& arg, bool& negative) {
+    unsigned long long magnitude = 0;
+    if (arg.kind == FormatArg::Kind::Unsigned) {
+        magnitude = arg.uval;
+    } else {
+        const long long v = IntegerValue(arg);
+        negative = v < 0;
+        magnitude = negative ? 0ULL - static_cast<unsigned long long>(v) : static_cast<unsigned long long>(v);
+    }
+    return static_cast<int>(std::min<unsigned long long>(magnitude, kMaxWidth));
+}
+
 bool IsConversion(wchar_t c) { return c != 0 && std::wstring_view(L"diuxXocsSfFeEgGaA").find(c) != std::wstring_view::npos; }
 
 // Reads a width or precision: digits, or '*' taking an int argument. Answers
@@ -147,10 +162,7 @@ bool ReadNumberField(const wchar_t*& p, ArgCursor& cursor, int& value, bool& neg
         ++p;
         const FormatArg* arg = cursor.Take();
         if (!arg || !IsInteger(*arg)) return false;
-        long long v = IntegerValue(*arg);
-        negative = v < 0;
-        if (negative) v = -v;
-        value = static_cast<int>(v > kMaxWidth ? kMaxWidth : v);
+        value = ClampedMagnitude(*arg, negative);
         return true;
     }
     long long v = 0;

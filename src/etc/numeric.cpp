@@ -4,6 +4,7 @@
 // double's IEEE 754 bits as sixteen hexadecimal digits.
 #include "quantor/numeric.h"
 
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -76,10 +77,25 @@ bool FloatScan(double& value, int& status, const wchar_t* text, wchar_t /*separa
 
 // Infinities only equal themselves: the relative tolerance would otherwise
 // make an infinity equal to every finite number.
+namespace {
+
+// 10^-digits; the common precisions come from a table made once with the
+// same std::pow, since the simplifier compares values in its inner loops.
+double NegativePowerOfTen(int digits) {
+    static const auto kTable = [] {
+        std::array<double, 18> table{};
+        for (int i = 0; i < static_cast<int>(table.size()); ++i) table[i] = std::pow(10.0, -i);
+        return table;
+    }();
+    return digits >= 0 && digits < static_cast<int>(kTable.size()) ? kTable[digits] : std::pow(10.0, -digits);
+}
+
+}  // namespace
+
 bool IsDblEqual(double a, double b, int digits) {
     if (a == b) return true;
     if (!std::isfinite(a) || !std::isfinite(b)) return false;
-    const double tolerance = std::pow(10.0, -digits) * std::fmax(std::fabs(a), std::fabs(b));
+    const double tolerance = NegativePowerOfTen(digits) * std::fmax(std::fabs(a), std::fabs(b));
     return std::fabs(a - b) <= tolerance;
 }
 

@@ -41,14 +41,17 @@ bool QtrAdminStd::Categ_Add(QtrCategoryBase* category) {
     if (!category || published_ || Category(category->Name().c_str()) || held_.contains(category)) return true;
     auto* own = dynamic_cast<QtrCategoryStd*>(category);
     if (own && own->holder_) return true;
-    categories_.emplace_back(category);
+    // Room first, so that once the category counts as held its append cannot
+    // throw: a caller that runs out of memory here frees only what is not held.
+    if (categories_.size() == categories_.capacity()) categories_.reserve(2 * categories_.size() + 1);
     held_.insert(category);
+    categories_.emplace_back(category);
     if (own) own->holder_ = this;
     // Units added while the category was built against this administration
     // claim their names before the category does.
     const bool builtHere = own && own->AdminPtr() == this;
     if (builtHere) IndexUnits(*own);
-    if (index_.try_emplace(category->Name(), IndexEntry{category, nullptr}).second && !builtHere)
+    if (index_.TryEmplace(category->Name(), IndexEntry{category, nullptr}) && !builtHere)
         IndexUnits(*category);
     return true;
 }

@@ -13,6 +13,10 @@
 
 namespace {
 
+// The administration whose name index the category uses, or null when it has
+// none of this library's kind.
+const QtrAdminStd* IndexOf(const QtrAdminBase* admin) { return dynamic_cast<const QtrAdminStd*>(admin); }
+
 bool NamesEqual(const wchar_t* a, const wchar_t* b) { return std::wcscmp(a, b) == 0; }
 
 // Whether a unit fits the category named `categoryName`, with a report when
@@ -38,7 +42,7 @@ bool IsCompatible(const std::wstring& categoryName, const QtrUnitBase* unit) {
 }  // namespace
 
 QtrCategoryStd::QtrCategoryStd(const wchar_t* name, const QtrAdminBase* admin)
-    : name_(name ? name : L""), admin_(admin), index_(dynamic_cast<const QtrAdminStd*>(admin)) {}
+    : name_(name ? name : L""), admin_(admin), index_(IndexOf(admin)) {}
 
 QtrCategoryStd::~QtrCategoryStd() { Clear(); }
 
@@ -91,6 +95,10 @@ int QtrCategoryStd::UnitAdd(const QtrUnitBase* unit) {
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrCategoryStd::UnitAdd(.): incompatible unit\n");
         return -1;
     }
+    // Room first: once the name is indexed, nothing may throw before the
+    // category holds the unit, or the index would name a unit it does not own.
+    if (units_.size() == units_.capacity()) units_.reserve(2 * units_.size() + 1);
+    if (unitNames_.size() == unitNames_.capacity()) unitNames_.reserve(units_.capacity());
     // The category takes the unit over and later completes its rules. Units
     // are created non-const by their makers, so the owner may change them.
     unitIndex_.Append(unitName, [this](std::uint32_t at) { return unitNames_[at]; });

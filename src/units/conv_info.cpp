@@ -2,15 +2,20 @@
 // with two number-format shifts, its composition with another rule, its
 // inverse, and its text as a `convert` statement.
 #include <climits>
+#include <cstddef>
 #include <cmath>
 
 #include "etc/diag_log.h"
 #include "quantor/convinfo.h"
 #include "units/number_format.h"
+#include "units/number_text.h"
 #include "units/rule_formula_text.h"
 #include "units/statement_text.h"
 
-using quantor::detail::StatementName;
+using quantor::detail::AppendInteger;
+using quantor::detail::AppendRuleFormulaText;
+using quantor::detail::AppendStatementName;
+using quantor::detail::StatementWrite;
 
 namespace {
 
@@ -79,6 +84,17 @@ void QtrConvInfoStd::SetPreFmtshft(int shift) { preShift_ = shift; }
 void QtrConvInfoStd::SetPostFmtshft(int shift) { postShift_ = shift; }
 void QtrConvInfoStd::SetExplicit(bool isExplicit) { explicit_ = isExplicit; }
 
+namespace {
+
+// A derived rule keeps a finite factor other than zero and a finite addend:
+// a chain or an inverse that overflows or underflows would convert every
+// value to zero, infinity or NaN, so it is not made.
+bool IsStorableFormula(double factor, double addend) {
+    return std::isfinite(factor) && factor != 0.0 && std::isfinite(addend);
+}
+
+}  // namespace
+
 QtrConvInfoStd* QtrConvInfoStd::NewChain(const QtrConvInfoBase* outer, const QtrConvInfoBase* inner) {
     const QtrUnitBase* outerTarget = outer ? outer->TrgtUnit() : nullptr;
     const QtrUnitBase* outerSource = outer ? outer->SrcUnit() : nullptr;
@@ -91,8 +107,16 @@ QtrConvInfoStd* QtrConvInfoStd::NewChain(const QtrConvInfoBase* outer, const Qtr
                      NameForMessage(innerSource));
         return nullptr;
     }
+    const double factor = outer->Factor() * inner->Factor();
+    const double addend = outer->Factor() * inner->Addend() + outer->Addend();
+    if (!IsStorableFormula(factor, addend)) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"QtrConvInfoStd::NewChain([%s<=%s],[%s<=%s]): out of range\n",
+                     NameForMessage(outerTarget), NameForMessage(outerSource), NameForMessage(innerTarget),
+                     NameForMessage(innerSource));
+        return nullptr;
+    }
     auto* chain = new QtrConvInfoStd;
-    chain->SetFormula(outer->Factor() * inner->Factor(), outer->Factor() * inner->Addend() + outer->Addend());
+    chain->SetFormula(factor, addend);
     chain->SetUnits(outerTarget, innerSource);
     chain->SetPreFmtshft(ClampToInt(static_cast<long long>(outer->FmtPreDecpnt()) + inner->FmtPreDecpnt()));
     chain->SetPostFmtshft(ClampToInt(static_cast<long long>(outer->FmtPostDecpnt()) + inner->FmtPostDecpnt()));
@@ -104,6 +128,10 @@ QtrConvInfoStd* QtrConvInfoStd::NewInverse() const {
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrConvInfoStd::NewInverse(): Factor() == 0, impossible\n");
         return nullptr;
     }
+    if (!IsStorableFormula(1.0 / factor_, -addend_ / factor_)) {
+        Error_Report(kSrcUnitsStd, __LINE__, L"QtrConvInfoStd::NewInverse(): 1 / Factor() out of range\n");
+        return nullptr;
+    }
     auto* inverse = new QtrConvInfoStd;
     inverse->SetFormula(1.0 / factor_, -addend_ / factor_);
     inverse->SetUnits(source_, target_);
@@ -112,14 +140,28 @@ QtrConvInfoStd* QtrConvInfoStd::NewInverse() const {
     return inverse;
 }
 
+// Room for a whole `convert` statement of usual names, so that it is built
+// with one allocation.
+constexpr std::size_t kStatementRoom = 128;
+
 // The statement describes one target unit in source units, the reverse of
 // the value conversion. A negative factor keeps its sign on the printed
 // number so that the statement reads back into the same rule.
 void QtrConvInfoStd::PrettyPrint(QtrTextFile* file) const {
     if (!target_ || !source_) return;
-    std::wstring text = L"\n\tconvert  " + StatementName(target_->Name()) + L"\t<- " + StatementName(source_->Name());
-    text += quantor::detail::RuleFormulaText(factor_, addend_);
-    if (preShift_ != 0 && postShift_ != 0) text += QtrFormat(L"\tformat %d, %d", preShift_, postShift_);
+    std::wstring text;
+    text.reserve(kStatementRoom);
+    text += L"\n\tconvert  ";
+    AppendStatementName(text, target_->Name());
+    text += L"\t<- ";
+    AppendStatementName(text, source_->Name());
+    AppendRuleFormulaText(text, factor_, addend_);
+    if (preShift_ != 0 && postShift_ != 0) {
+        text += L"\tformat ";
+        AppendInteger(text, preShift_);
+        text += L", ";
+        AppendInteger(text, postShift_);
+    }
     text += explicit_ ? L";\t// explicit\n" : L";\n";
-    quantor::detail::StatementWrite(file, text);
+    StatementWrite(file, text);
 }

@@ -12,15 +12,15 @@
 
 bool QtrAdminStd::FastFind(const wchar_t* name, const QtrCategoryBase*& category, const QtrUnitBase*& unit) const {
     if (!name) return false;
-    const auto entry = index_.find(std::wstring_view(name));
-    if (entry == index_.end()) return false;
-    category = entry->second.category;
-    unit = entry->second.unit;
+    const IndexEntry* entry = index_.Find(name);
+    if (!entry) return false;
+    category = entry->category;
+    unit = entry->unit;
     return category || unit;
 }
 
 void QtrAdminStd::IndexUnit(const QtrUnitBase* unit) {
-    if (unit && !published_) index_.try_emplace(unit->Name(), IndexEntry{nullptr, unit});
+    if (unit && !published_) index_.TryEmplace(unit->Name(), IndexEntry{nullptr, unit});
 }
 
 // A unit is indexed only as one of the units of a category held here.
@@ -34,11 +34,11 @@ void QtrAdminStd::FastfindUnitAdd(const QtrUnitBase* unit) {
 void QtrAdminStd::IndexUnits(const QtrCategoryBase& category) {
     std::vector<const QtrUnitBase*> units;
     category.UnitPtrs(units);
-    index_.reserve(index_.size() + units.size());
+    index_.Reserve(index_.Size() + units.size());
     for (const QtrUnitBase* unit : units) IndexUnit(unit);
 }
 
 void QtrAdminStd::FastfindCategAdd(const QtrCategoryBase* category) {
     if (!held_.contains(category) || published_) return;
-    if (index_.try_emplace(category->Name(), IndexEntry{category, nullptr}).second) IndexUnits(*category);
+    if (index_.TryEmplace(category->Name(), IndexEntry{category, nullptr})) IndexUnits(*category);
 }

@@ -20,6 +20,19 @@ std::wstring NameOf(const QtrUnitBase* unit) { return unit ? unit->Name() : std:
 
 bool HasQtPrefix(const wchar_t* name) { return name && std::wcsncmp(name, L"QT_", 3) == 0; }
 
+// What a name is indexed as: the administration's Category(name) and
+// Unit(name) at once, from one lookup in its name index.
+struct IndexedName {
+    const QtrCategoryBase* category = nullptr;
+    const QtrUnitBase* unit = nullptr;
+};
+
+IndexedName Lookup(const QtrAdminStd& admin, const wchar_t* name) {
+    IndexedName found;
+    admin.FastFind(name, found.category, found.unit);
+    return found;
+}
+
 }  // namespace
 
 const QtrCategoryBase* CategorySearch(const wchar_t* categName) {
@@ -65,8 +78,9 @@ std::wstring DefaultSurfaceUnitNameFromUnit(const wchar_t* unitName) {
 bool UnitConvert(double& result, const wchar_t* trgUnitName, double value, const wchar_t* srcName) {
     const QtrAdminStd* admin = QtrAdminStd::QtrAdminDefault();
     if (!admin || !trgUnitName || !srcName) return false;
-    const QtrCategoryBase* category = admin->Category(srcName);
-    const QtrUnitBase* source = category ? category->DefaultInternUnitGet() : admin->Unit(srcName);
+    const IndexedName named = Lookup(*admin, srcName);
+    const QtrCategoryBase* category = named.category;
+    const QtrUnitBase* source = category ? category->DefaultInternUnitGet() : named.unit;
     if (!category && source) category = source->Category();
     if (!source || !category) return false;
     const QtrUnitBase* target = category->Unit(trgUnitName);

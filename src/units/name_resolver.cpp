@@ -80,3 +80,9 @@ QtrResolvedName QtrNameResolver::Resolve(const wchar_t* typed) const {
         return Resolved(target, QtrNameMatch::DisplayName);
     return Resolved(tables_->CaseInsensitive(name), QtrNameMatch::CaseInsensitive);
 }
+
+std::vector<std::wstring> QtrNameResolver::Synonyms(const QtrResolvedName& named) const {
+    if (named.unit) return tables_->SynonymsOf({nullptr, named.unit});
+    if (named.category) return tables_->SynonymsOf({named.category, nullptr});
+    return {};
+}

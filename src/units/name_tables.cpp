@@ -51,6 +51,14 @@ void NameTables::DisplayNamesAdd(const RlgEntries& entries) {
 
 NameTarget NameTables::Synonym(std::wstring_view name) const { return Found(synonyms_, name); }
 
+std::vector<std::wstring> NameTables::SynonymsOf(NameTarget target) const {
+    std::vector<std::wstring> names;
+    for (const auto& [synonym, named] : synonyms_)
+        if (named == target && !Indexed(synonym).IsSet()) names.push_back(synonym);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
 NameTarget NameTables::DisplayName(std::wstring_view name) const { return Found(displayNames_, name); }
 
 NameTarget NameTables::CaseInsensitive(std::wstring_view name) const {

@@ -56,6 +56,10 @@ public:
     NameTarget DisplayName(std::wstring_view name) const;
     NameTarget CaseInsensitive(std::wstring_view name) const;
 
+    // The synonyms that resolve to `target`, sorted; not those that are
+    // exact names of the administration, which never resolve as synonyms.
+    std::vector<std::wstring> SynonymsOf(NameTarget target) const;
+
     // Every name that resolves on its own, each once, with its target.
     const std::vector<Spelling>& Spellings() const { return spellings_; }
 

@@ -2,6 +2,8 @@
 // probing, moved when the table grows without reading a name again.
 #include "quantor/position_index.h"
 
+#include "units/name_hash.h"
+
 namespace quantor::detail {
 namespace {
 
@@ -9,13 +11,8 @@ constexpr std::size_t kFirstTableSize = 16;
 
 }  // namespace
 
-// FNV-1a over the name's code units, then a multiply that spreads the bits
-// into the upper half, of which the table keeps 32.
-std::uint32_t PositionIndex::Hash(std::wstring_view name) {
-    std::uint64_t hash = 0xcbf29ce484222325u;
-    for (wchar_t c : name) hash = (hash ^ static_cast<std::uint32_t>(c)) * 0x100000001b3u;
-    return static_cast<std::uint32_t>(((hash ^ (hash >> 29)) * 0xbf58476d1ce4e5b9u) >> 32);
-}
+// The upper half of the model's name hash, whose lower bits are spread best.
+std::uint32_t PositionIndex::Hash(std::wstring_view name) { return static_cast<std::uint32_t>(NameHash(name) >> 32); }
 
 void PositionIndex::Clear() {
     slots_.clear();

@@ -4,64 +4,198 @@
 // in both forms, shortest text first, each with the addends near
 // addend * multiplier. A rule read from a statement always finds one: its own
 // multiplier is among them.
+//
+// What a number must read back as is always a monotonic function of it
+// (1/x, 1/(1/x), ±x/m) taking one value, and rounding keeps functions
+// monotonic, so the doubles that qualify form one run. Walking that short run
+// tells how many digits its shortest text has; precisions below that are
+// skipped, and a run of ugly doubles goes straight to its 17-digit text.
 #include "units/rule_formula_text.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <optional>
-#include <vector>
+#include <utility>
+#include <string_view>
 
 #include "etc/format.h"
-#include "units/statement_text.h"
+#include "units/number_text.h"
 
 namespace quantor::detail {
 namespace {
 
 // How many neighbouring doubles on each side of an ideal number are tried.
 constexpr int kNeighbourSteps = 3;
+constexpr std::size_t kNearbyCount = 1 + 2 * kNeighbourSteps;
+using NearbyDoubles = std::array<double, kNearbyCount>;
+
+// The next double above or below `x`: for a finite, non-zero `x` the
+// neighbouring bit pattern, one step away from zero or towards it.
+double NextDouble(double x, bool up) {
+    if (x == 0.0 || !std::isfinite(x)) {
+        return std::nextafter(x, up ? std::numeric_limits<double>::infinity() : -std::numeric_limits<double>::infinity());
+    }
+    const auto bits = std::bit_cast<std::uint64_t>(x);
+    return std::bit_cast<double>(up == (x > 0.0) ? bits + 1 : bits - 1);
+}
 
 // `value` and its neighbours up to kNeighbourSteps doubles away, nearest first.
-std::vector<double> NearbyDoubles(double value) {
-    std::vector<double> values{value};
+NearbyDoubles NearbyDoublesOf(double value) {
+    NearbyDoubles values{value};
     double up = value;
     double down = value;
-    for (int step = 0; step < kNeighbourSteps; ++step) {
-        up = std::nextafter(up, std::numeric_limits<double>::infinity());
-        down = std::nextafter(down, -std::numeric_limits<double>::infinity());
-        values.push_back(up);
-        values.push_back(down);
+    for (std::size_t step = 0; step < kNeighbourSteps; ++step) {
+        up = NextDouble(up, true);
+        down = NextDouble(down, false);
+        values[1 + 2 * step] = up;
+        values[2 + 2 * step] = down;
     }
     return values;
 }
 
-// A factor clause and the multiplier that the reader takes from it.
-struct FactorClause {
-    std::wstring text;
-    double multiplier = 1.0;
+// How many doubles a walk along a run may visit before it gives up.
+constexpr int kRunWalkLimit = 8;
+// No digit bound: every precision from 6 on is tried.
+constexpr int kNoDigitBound = 1;
+// The run is empty: no text can qualify, only the 17-digit one is written.
+constexpr int kNoTextQualifies = kExactPrecision;
+
+// What a text's read-back x must satisfy: f(x) == target, f monotonic
+// (non-decreasing when `increasing`) on doubles of one sign.
+template <class F>
+struct ReadBackCondition {
+    F f;
+    double target;
+    bool increasing;
+
+    bool operator()(double read) const { return f(read) == target; }
 };
 
-// The factor clauses of one form that read back into `factor`, shortest
-// first: " / n" (the reader takes 1/n) or " * m".
-std::vector<FactorClause> FactorClausesOfForm(double factor, bool divides) {
+template <class F>
+ReadBackCondition<F> MakeCondition(F f, double target, bool increasing) {
+    return {f, target, increasing};
+}
+
+// Steps from `start` towards the run where the condition holds: the first
+// double of the run, or nothing when the walk passes over an empty run
+// (nullopt with `empty` set) or cannot tell (a NaN, zero, infinity, or too
+// long a walk).
+template <class F>
+std::optional<double> WalkIntoRun(const ReadBackCondition<F>& condition, double start, bool& empty) {
+    double x = start;
+    double fx = condition.f(x);
+    if (std::isnan(fx)) return std::nullopt;
+    const bool below = fx < condition.target;
+    const bool up = below == condition.increasing;
+    for (int step = 0; fx != condition.target; ++step) {
+        x = NextDouble(x, up);
+        if (step == kRunWalkLimit || x == 0.0 || !std::isfinite(x)) return std::nullopt;
+        fx = condition.f(x);
+        if (std::isnan(fx)) return std::nullopt;
+        if (fx != condition.target && (fx < condition.target) != below) {
+            empty = true;
+            return std::nullopt;
+        }
+    }
+    return x;
+}
+
+// The fewest digits among the run's doubles from `inside` on in one
+// direction, or nothing when the walk cannot tell.
+template <class F>
+std::optional<int> FewestDigitsAlongRun(const ReadBackCondition<F>& condition, double inside, bool up) {
+    int fewest = kNoTextQualifies + 1;
+    double x = inside;
+    for (int step = 0; step <= kRunWalkLimit; ++step) {
+        x = NextDouble(x, up);
+        if (x == 0.0 || !std::isfinite(x)) return std::nullopt;
+        if (!condition(x)) return fewest;
+        fewest = std::min(fewest, FewestDigitsReadingAs(x));
+    }
+    return std::nullopt;
+}
+
+// No text of fewer significant digits than this reads back as a double that
+// satisfies the condition; the run is found by walking from `start`.
+template <class F>
+int FewestQualifyingDigits(const ReadBackCondition<F>& condition, double start) {
+    bool empty = false;
+    const std::optional<double> inside = WalkIntoRun(condition, start, empty);
+    if (!inside) return empty ? kNoTextQualifies : kNoDigitBound;
+    const std::optional<int> above = FewestDigitsAlongRun(condition, *inside, true);
+    const std::optional<int> below = FewestDigitsAlongRun(condition, *inside, false);
+    if (!above || !below) return kNoDigitBound;
+    return std::min({FewestDigitsReadingAs(*inside), *above, *below});
+}
+
+// A factor clause (" * m", " / n" or nothing) and the multiplier that the
+// reader takes from it.
+struct FactorClause {
+    std::wstring_view prefix;
+    NumberText number;
+    double multiplier = 1.0;
+
+    std::size_t Size() const { return prefix.size() + number.size; }
+    void AppendTo(std::wstring& text) const {
+        text.append(prefix);
+        AppendAscii(text, number.View());
+    }
+};
+
+// Up to two clauses per nearby multiplier (its shortest text and its own),
+// for both forms, and the 17-digit fallback.
+constexpr std::size_t kMaxClauses = 4 * kNearbyCount + 1;
+
+class FactorClauseList {
+public:
+    void Add(const FactorClause& clause) { clauses_[size_++] = clause; }
+    std::size_t Size() const { return size_; }
+    const FactorClause& operator[](std::size_t index) const { return clauses_[index]; }
+
+    // Orders the clauses from `first` on by length, keeping the order of
+    // equally long ones (an insertion sort: a handful of clauses, and no
+    // buffer to allocate).
+    void SortFrom(std::size_t first) {
+        for (std::size_t i = first + 1; i < size_; ++i) {
+            for (std::size_t j = i; j > first && clauses_[j].Size() < clauses_[j - 1].Size(); --j) {
+                std::swap(clauses_[j], clauses_[j - 1]);
+            }
+        }
+    }
+
+private:
+    std::array<FactorClause, kMaxClauses> clauses_{};
+    std::size_t size_ = 0;
+};
+
+// Appends the factor clauses of one form that read back into `factor`,
+// shortest first: " / n" (the reader takes 1/n) or " * m".
+void AddFactorClausesOfForm(double factor, bool divides, FactorClauseList& clauses) {
     const auto multiplierOf = [divides](double number) { return divides ? 1.0 / number : number; };
-    const auto reproduces = [&](double number) { return 1.0 / multiplierOf(number) == factor; };
-    const auto clauseOf = [&](const StatementNumberText& number) {
-        return FactorClause{(divides ? L" / " : L" * ") + number.text, multiplierOf(number.readBack)};
+    const auto reproduces = MakeCondition([multiplierOf](double number) { return 1.0 / multiplierOf(number); },
+                                          factor, divides);
+    const std::wstring_view prefix = divides ? L" / " : L" * ";
+    const auto add = [&](const NumberText& number) {
+        clauses.Add({prefix, number, multiplierOf(number.readBack)});
     };
-    std::vector<FactorClause> clauses;
-    for (double candidate : NearbyDoubles(divides ? factor : 1.0 / factor)) {
+    const std::size_t first = clauses.Size();
+    std::optional<int> fewestDigits;
+    for (double candidate : NearbyDoublesOf(divides ? factor : 1.0 / factor)) {
         if (candidate == 0.0 || !std::isfinite(candidate) || !reproduces(candidate)) continue;
+        if (!fewestDigits) fewestDigits = FewestQualifyingDigits(reproduces, candidate);
         // The shortest text may read back as another number that reproduces
         // the factor too; the candidate's own text keeps its multiplier.
-        const StatementNumberText shortest = StatementNumberMatching(candidate, reproduces);
-        clauses.push_back(clauseOf(shortest));
-        if (shortest.readBack != candidate) clauses.push_back(clauseOf(StatementNumberExact(candidate)));
+        const NumberTexts texts(candidate);
+        const NumberText shortest = NumberTextMatching(texts, reproduces, *fewestDigits);
+        add(shortest);
+        if (shortest.readBack != candidate) add(NumberTextShortest(texts));
     }
-    std::stable_sort(clauses.begin(), clauses.end(),
-                     [](const FactorClause& a, const FactorClause& b) { return a.text.size() < b.text.size(); });
-    return clauses;
+    clauses.SortFrom(first);
 }
 
 // The factor clauses of the usual form, " / n" when |1/factor| < 1 and
@@ -73,18 +207,18 @@ class FactorClauses {
 public:
     explicit FactorClauses(double factor) : factor_(factor), ideal_(1.0 / factor) {
         if (ideal_ == 1.0) {
-            clauses_.push_back({L"", 1.0});
+            clauses_.Add({});
             otherFormAdded_ = true;
         } else {
-            clauses_ = FactorClausesOfForm(factor_, Divides());
+            AddFactorClausesOfForm(factor_, Divides(), clauses_);
         }
     }
 
     // The clause at `index`, or null past the last. Never null at 0: without
     // an exact clause, the 17-digit multiplier.
     const FactorClause* At(std::size_t index) {
-        if (index >= clauses_.size() && !otherFormAdded_) AddOtherForm();
-        return index < clauses_.size() ? &clauses_[index] : nullptr;
+        if (index >= clauses_.Size() && !otherFormAdded_) AddOtherForm();
+        return index < clauses_.Size() ? &clauses_[index] : nullptr;
     }
 
 private:
@@ -92,47 +226,83 @@ private:
 
     void AddOtherForm() {
         otherFormAdded_ = true;
-        std::vector<FactorClause> otherForm = FactorClausesOfForm(factor_, !Divides());
-        clauses_.insert(clauses_.end(), otherForm.begin(), otherForm.end());
-        if (clauses_.empty()) clauses_.push_back({L" * " + QtrFormat(L"%.17g", ideal_), ideal_});
+        AddFactorClausesOfForm(factor_, !Divides(), clauses_);
+        if (clauses_.Size() == 0) clauses_.Add({L" * ", NumberTextExact(ideal_), ideal_});
     }
 
     double factor_;
     double ideal_;
-    std::vector<FactorClause> clauses_;
+    FactorClauseList clauses_;
     bool otherFormAdded_ = false;
 };
 
-std::wstring AddendClauseText(double signedAddend, const std::wstring& magnitude) {
-    return (signedAddend < 0.0 ? L" - " : L" + ") + magnitude;
-}
+std::wstring_view AddendSign(double signedAddend) { return signedAddend < 0.0 ? L" - " : L" + "; }
+
+// An addend clause: its sign and the text of its magnitude.
+struct AddendClause {
+    double signedAddend = 0.0;
+    NumberText magnitude;
+};
 
 // The shortest " + a" / " - a" that the reader turns, with `multiplier`,
 // back into exactly `addend`; none when no nearby number does.
-std::optional<std::wstring> ExactAddendClause(double addend, double multiplier) {
-    std::optional<std::wstring> best;
-    for (double candidate : NearbyDoubles(addend * multiplier)) {
+std::optional<AddendClause> ExactAddendClause(double addend, double multiplier) {
+    std::optional<AddendClause> best;
+    std::optional<int> fewestDigits[2];  // for negative and for positive candidates
+    for (double candidate : NearbyDoublesOf(addend * multiplier)) {
         if (candidate == 0.0 || !std::isfinite(candidate)) continue;
         const double sign = candidate < 0.0 ? -1.0 : 1.0;
-        const auto reproduces = [&](double read) { return sign * read / multiplier == addend; };
-        const StatementNumberText number = StatementNumberMatching(sign * candidate, reproduces);
+        const auto reproduces =
+            MakeCondition([sign, multiplier](double read) { return sign * read / multiplier; }, addend,
+                          (sign > 0.0) == (multiplier > 0.0));
+        std::optional<int>& fewest = fewestDigits[sign > 0.0 ? 1 : 0];
+        if (!fewest) fewest = FewestQualifyingDigits(reproduces, sign * candidate);
+        const NumberText number = NumberTextMatching(NumberTexts(sign * candidate), reproduces, *fewest);
         if (!reproduces(number.readBack)) continue;
-        std::wstring clause = AddendClauseText(candidate, number.text);
-        if (!best || clause.size() < best->size()) best = std::move(clause);
+        if (!best || number.size < best->magnitude.size) best = AddendClause{candidate, number};
     }
     return best;
 }
 
+// The multipliers whose addends were already searched in vain: clauses of
+// other texts may share them, and the search would fail again.
+class FailedMultipliers {
+public:
+    bool Contains(double multiplier) const {
+        return std::find(multipliers_.begin(), multipliers_.begin() + static_cast<std::ptrdiff_t>(size_), multiplier) !=
+               multipliers_.begin() + static_cast<std::ptrdiff_t>(size_);
+    }
+    void Add(double multiplier) { multipliers_[size_++] = multiplier; }
+
+private:
+    std::array<double, kMaxClauses> multipliers_{};
+    std::size_t size_ = 0;
+};
+
 }  // namespace
 
-std::wstring RuleFormulaText(double factor, double addend) {
+void AppendRuleFormulaText(std::wstring& text, double factor, double addend) {
     FactorClauses clauses(factor);
-    if (addend == 0.0 || std::isnan(addend)) return clauses.At(0)->text;
-    for (std::size_t index = 0; const FactorClause* clause = clauses.At(index); ++index) {
-        if (auto addendText = ExactAddendClause(addend, clause->multiplier)) return clause->text + *addendText;
+    if (addend == 0.0 || std::isnan(addend)) {
+        clauses.At(0)->AppendTo(text);
+        return;
     }
-    const double nearest = addend * clauses.At(0)->multiplier;
-    return clauses.At(0)->text + AddendClauseText(nearest, QtrFormat(L"%.17g", std::fabs(nearest)));
+    FailedMultipliers failed;
+    for (std::size_t index = 0; const FactorClause* clause = clauses.At(index); ++index) {
+        if (failed.Contains(clause->multiplier)) continue;
+        if (const std::optional<AddendClause> addendClause = ExactAddendClause(addend, clause->multiplier)) {
+            clause->AppendTo(text);
+            text.append(AddendSign(addendClause->signedAddend));
+            AppendAscii(text, addendClause->magnitude.View());
+            return;
+        }
+        failed.Add(clause->multiplier);
+    }
+    const FactorClause& first = *clauses.At(0);
+    const double nearest = addend * first.multiplier;
+    first.AppendTo(text);
+    text.append(AddendSign(nearest));
+    text.append(QtrFormat(L"%.17g", std::fabs(nearest)));
 }
 
 }  // namespace quantor::detail

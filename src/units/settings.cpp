@@ -1,19 +1,20 @@
 // The settings source of the process-wide defaults. A host installs its own
 // factory; the default one answers from the environment: QUANTOR_UNITS_DIR
 // (or, when unset, the shipped data folder found from the library's own
-// location), QUANTOR_CURRENCY_MODE and QUANTOR_LANGUAGE_ID. Whatever a
-// host's factory or settings throw is caught here and reported.
+// location), QUANTOR_CURRENCY_MODE (a region name or a mode number) and
+// QUANTOR_LANGUAGE_ID (a language code or a language id). Whatever a host's
+// factory or settings throw is caught here and reported.
 #include <dlfcn.h>
 
-#include <charconv>
+#include <atomic>
 #include <cstdlib>
-#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <mutex>
 
 #include "etc/diag_log.h"
 #include "etc/utf8.h"
+#include "quantor/setting_names.h"
 #include "units/settings_source.h"
 
 namespace {
@@ -60,13 +61,25 @@ const char* EnvironmentValue(const char* name) {
     return value && value[0] != '\0' ? value : nullptr;
 }
 
-int32_t IntegerAnswer(const char* variable, QtrVariant& value) {
+using NumberRead = bool (*)(const wchar_t* text, int32_t& value);
+
+// Reports a value that is neither a known name nor a number, once per
+// variable and process: the defaults ask again on every use while they fail.
+void MalformedReport(const char* variable, const std::wstring& text, std::atomic<bool>& reported) {
+    if (reported.exchange(true)) return;
+    Error_Report(kSrcUnitsStd, __LINE__, L"%s=\"%s\" is neither a known name nor a number; the setting is ignored\n",
+                 quantor::detail::FromUtf8(variable), text);
+}
+
+int32_t IntegerAnswer(const char* variable, NumberRead read, std::atomic<bool>& reported, QtrVariant& value) {
     const char* text = EnvironmentValue(variable);
     if (!text) return kSettingUnavailable;
+    const std::wstring wide = quantor::detail::FromUtf8(text);
     int32_t number = 0;
-    const char* end = text + std::strlen(text);
-    const auto [stop, error] = std::from_chars(text, end, number);
-    if (error != std::errc() || stop != end) return kSettingUnavailable;
+    if (!read(wide.c_str(), number)) {
+        MalformedReport(variable, wide, reported);
+        return kSettingUnavailable;
+    }
     value.type = QTR_VT_I4;
     value.i4 = number;
     return 0;
@@ -84,11 +97,17 @@ public:
     int32_t SettingsGetValue(const std::wstring& section, const std::wstring& key, uint16_t /*expectedType*/,
                              QtrVariant& value, int32_t /*flags*/) override {
         if (section == L"unitsandcurrencies" && key == L"curr_dscr_filepath") return FolderAnswer(value);
-        if (section == L"unitsandcurrencies" && key == L"mode") return IntegerAnswer("QUANTOR_CURRENCY_MODE", value);
-        if (section == L"common" && key == L"languageid") return IntegerAnswer("QUANTOR_LANGUAGE_ID", value);
+        if (section == L"unitsandcurrencies" && key == L"mode")
+            return IntegerAnswer("QUANTOR_CURRENCY_MODE", QtrCurrencyModeRead, modeReported, value);
+        if (section == L"common" && key == L"languageid")
+            return IntegerAnswer("QUANTOR_LANGUAGE_ID", QtrLanguageIdRead, languageReported, value);
         return kSettingUnavailable;
     }
     int32_t SettingsPrepare(int32_t /*level*/) override { return 0; }
+
+private:
+    static inline std::atomic<bool> modeReported{false};
+    static inline std::atomic<bool> languageReported{false};
 };
 
 class FactorySlot {

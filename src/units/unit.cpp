@@ -39,6 +39,14 @@ bool IsCompatibleRule(const std::wstring& name, const QtrCategoryBase* category,
     return true;
 }
 
+// Reports that no rule leads to the unit `name` (a text or a null pointer);
+// answers false.
+template <typename Name>
+bool NoRuleReported(const Name& name, double value) {
+    Error_Report(kSrcUnitsStd, __LINE__, L"QtrUnitStd::Convert(,%s,%g): no conv. info\n", name, value);
+    return false;
+}
+
 // Only rules of this library are owned and freed by a unit; rules of other
 // implementations are left to whoever made them.
 void DeleteIfOwned(const QtrConvInfoBase* rule) { delete dynamic_cast<const QtrConvInfoStd*>(rule); }
@@ -63,21 +71,26 @@ const std::wstring& QtrUnitStd::Name() const {
 
 bool QtrUnitStd::IsOwnName(const wchar_t* unitName) const { return unitName && name_ == unitName; }
 
+// A unit given by pointer is converted into by its name, whose length is
+// known, so its text is neither measured nor compared character by character.
 bool QtrUnitStd::Convert(double& result, const QtrUnitBase* unit, double value) const {
-    return Convert(result, NameOf(unit), value);
+    return unit ? ConvertNamed(result, unit->Name(), value) : Convert(result, NameOf(unit), value);
 }
 
 bool QtrUnitStd::Convert(double& result, const wchar_t* unitName, double value) const {
-    if (IsOwnName(unitName)) {
+    return unitName ? ConvertNamed(result, unitName, value) : NoRuleReported(unitName, value);
+}
+
+bool QtrUnitStd::ConvertNamed(double& result, std::wstring_view name, double value) const {
+    if (name == name_) {
         result = value;
         return true;
     }
-    if (const QtrConvInfoBase* rule = ConvInfo(unitName)) {
+    if (const QtrConvInfoBase* rule = rules_.Find(name)) {
         result = rule->Convert(value);
         return true;
     }
-    Error_Report(kSrcUnitsStd, __LINE__, L"QtrUnitStd::Convert(,%s,%g): no conv. info\n", unitName, value);
-    return false;
+    return NoRuleReported(name, value);
 }
 
 std::wstring QtrUnitStd::ConvertOutputGen(const QtrUnitBase* unit, double value, int preDigits,

@@ -1,8 +1,9 @@
-// The shipped catalogue: every region mode loads without a message, 268
-// conversions agree with the factors of NIST SP 811 (appendix B.8) and with
-// the exact values behind them, exactly defined units convert to the last
-// bit, every unit name means one unit, and the name files of the four
-// languages cover every unit and category and agree with one another.
+// The shipped catalogue: every region mode loads without a message or a
+// finding, 268 conversions agree with the factors of NIST SP 811 (appendix
+// B.8) and with the exact values behind them, exactly defined units convert
+// to the last bit, every unit name means one unit, and the name files of the
+// four languages load, cover every unit and category, agree with one another
+// and lead each typed name to its unit.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -18,6 +19,7 @@
 #include "quantor/admin.h"
 #include "quantor/admin_dscr.h"
 #include "quantor/category.h"
+#include "quantor/names.h"
 #include "quantor/translation.h"
 #include "quantor/unit.h"
 #include "support/sink_capture.h"
@@ -37,14 +39,27 @@ const char* const kLanguages[] = {"0409", "0407", "040c", "0c0a"};
 std::wstring Wide(const std::string& text) { return quantor::detail::FromUtf8(text); }
 
 // The default loading of one region mode: the unit file, the common currency
-// file and the region's file (none for mode 1).
-std::unique_ptr<QtrAdminDscr> Load(const std::string& region) {
+// file and the region's file (none for mode 1). `findings` receives every
+// finding of the three reads.
+std::unique_ptr<QtrAdminDscr> Load(const std::string& region, QtrDiagnostics& findings) {
     auto admin = std::make_unique<QtrAdminDscr>();
     for (const std::string& file : {std::string("unit_dscr.txt"), std::string("curr_dscr_edy.txt"), region})
         if (!file.empty()) {
-            EXPECT_TRUE(admin->Import_Parse(Wide(kFolder + file).c_str())) << file;
+            EXPECT_TRUE(admin->Import_Parse(Wide(kFolder + file).c_str(), findings)) << file;
         }
     return admin;
+}
+
+std::unique_ptr<QtrAdminDscr> Load(const std::string& region) {
+    QtrDiagnostics findings;
+    return Load(region, findings);
+}
+
+// "file:line:column: error|warning: message", as a catalogue author reads it.
+std::string FindingText(const QtrDiagnostic& finding) {
+    return quantor::detail::ToUtf8(finding.file) + ":" + std::to_string(finding.line) + ":" +
+           std::to_string(finding.column) + (finding.severity == QtrSeverity::Error ? ": error: " : ": warning: ") +
+           quantor::detail::ToUtf8(finding.message);
 }
 
 // Every unit of the administration, with its category.
@@ -74,14 +89,16 @@ protected:
 };
 const QtrAdminDscr* ShippedCatalogue::admin_ = nullptr;
 
-TEST(ShippedCatalogueFiles, EveryRegionModeLoadsWithoutAMessage) {
+TEST(ShippedCatalogueFiles, EveryRegionModeLoadsWithoutAMessageOrFinding) {
     for (const char* region : kRegionFiles) {
         SCOPED_TRACE(region);
         const LogCapture log;
         const TraceCapture trace;
-        const auto admin = Load(region);
+        QtrDiagnostics findings;
+        const auto admin = Load(region, findings);
         EXPECT_EQ(log.Messages(), std::vector<std::wstring>{});
         EXPECT_EQ(trace.Text(), L"");
+        for (const QtrDiagnostic& finding : findings) ADD_FAILURE() << FindingText(finding);
         std::vector<std::wstring> categories;
         admin->CategNames(categories);
         EXPECT_GE(categories.size(), 46u);
@@ -513,13 +530,14 @@ std::vector<std::pair<std::wstring, std::wstring>> NameFileLines(const std::stri
 
 class ShippedNameFiles : public testing::Test {
 protected:
+    // Adds the name of every unit and category of `admin` to `names`.
+    static void NamesAdd(const QtrAdminStd& admin, std::set<std::wstring>& names) {
+        for (const auto& [unit, category] : Units(admin)) names.insert({unit, category->Name()});
+    }
     // Every unit and category of every region mode.
     static std::set<std::wstring> Names() {
         std::set<std::wstring> names;
-        for (const char* region : kRegionFiles) {
-            const auto admin = Load(region);
-            for (const auto& [unit, category] : Units(*admin)) names.insert({unit, category->Name()});
-        }
+        for (const char* region : kRegionFiles) NamesAdd(*Load(region), names);
         return names;
     }
 };
@@ -562,6 +580,52 @@ TEST_F(ShippedNameFiles, EverySynonymNamesOneUnitOrCategory) {
             }
         }
         if (english.empty()) english = meaning;
+    }
+}
+
+// A resolver of one region mode with the files of one language, read as the
+// default resolver reads them: the language's synonyms, the English ones,
+// then the language's display names.
+struct LanguageReading {
+    LanguageReading(const QtrAdminStd& admin, const std::string& language) : resolver(admin) {
+        const LogCapture log;
+        EXPECT_TRUE(resolver.SynonymFileRead(Wide(kFolder + "UnitSynonyms" + language + ".rlg").c_str()));
+        EXPECT_TRUE(resolver.SynonymFileRead(Wide(kFolder + "UnitSynonyms0409.rlg").c_str()));
+        EXPECT_TRUE(resolver.DisplayNameFileRead(Wide(kFolder + "UnitAbbrevNames" + language + ".rlg").c_str()));
+        EXPECT_EQ(log.Messages(), std::vector<std::wstring>{});
+    }
+    // The name of what `typed` resolves to, empty for nothing.
+    std::wstring Resolved(const std::wstring& typed, QtrNameMatch& match) const {
+        const QtrResolvedName resolved = resolver.Resolve(typed.c_str());
+        match = resolved.match;
+        return resolved.unit ? resolved.unit->Name() : resolved.category ? resolved.category->Name() : L"";
+    }
+    QtrNameResolver resolver;
+};
+
+// In every region mode and language, the name files load without a message,
+// every synonym finds what it names as a synonym, and every display name
+// finds its own unit or category: no exact name or synonym hides it, and no
+// other unit shares it.
+TEST_F(ShippedNameFiles, EveryLanguageLoadsAndEachNameFindsItsUnit) {
+    for (const char* region : kRegionFiles) {
+        const auto admin = Load(region);
+        std::set<std::wstring> names;
+        NamesAdd(*admin, names);
+        for (const char* language : kLanguages) {
+            SCOPED_TRACE(std::string(region) + " " + language);
+            const LanguageReading reading(*admin, language);
+            QtrNameMatch match = QtrNameMatch::None;
+            for (const auto& [synonym, name] : NameFileLines(std::string("UnitSynonyms") + language + ".rlg"))
+                if (names.count(name)) {
+                    EXPECT_EQ(reading.Resolved(synonym, match), name) << quantor::detail::ToUtf8(synonym);
+                    EXPECT_EQ(match, QtrNameMatch::Synonym) << quantor::detail::ToUtf8(synonym);
+                }
+            for (const auto& [name, shown] : NameFileLines(std::string("UnitAbbrevNames") + language + ".rlg"))
+                if (names.count(name)) {
+                    EXPECT_EQ(reading.Resolved(shown, match), name) << quantor::detail::ToUtf8(shown);
+                }
+        }
     }
 }
 

@@ -42,11 +42,11 @@ TEST_F(Grammar, FirstSyntaxErrorIsReportedAtItsTokenAndEndsTheParse) {
     EXPECT_EQ(admin.Category(L"B"), nullptr);
 }
 
-TEST_F(Grammar, ExpressionsDeeperThanAThousandLevelsAreRefusedAtTheirFirstToken) {
+TEST_F(Grammar, ExpressionsDeeperThanTwoHundredLevelsAreRefusedAtTheirFirstToken) {
     QtrAdminDscr admin;
     const std::string head = "category A { unit m, k;\n convert k <- ";
-    ExpectOutcome(admin, head + "m format 1" + Repeated(" + 1", 1000) + ", 0; }", true, {});
-    ExpectOutcome(admin, head + "1" + Repeated(" + 1", 1001) + "; }", false, {L"expression too deep\n"});
+    ExpectOutcome(admin, head + "m format 1" + Repeated(" + 1", 200) + ", 0; }", true, {});
+    ExpectOutcome(admin, head + "1" + Repeated(" + 1", 201) + "; }", false, {L"expression too deep\n"});
     EXPECT_EQ(ParseErrors(true), Messages{L"2,14 expression too deep\n"});
     ExpectOutcome(admin, head + "m / (2" + Repeated(" * 2", 100000) + "); }", false, {L"expression too deep\n"});
     EXPECT_EQ(ParseErrors(true), Messages{L"2,19 expression too deep\n"});

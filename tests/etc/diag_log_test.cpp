@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <clocale>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -32,6 +34,21 @@ TEST(Format, FollowsPrintfAndPrintsArgumentsByTheirOwnType) {
     EXPECT_EQ(QtrFormat(nullptr), L"");
 }
 
+// The extremes of every integer type, as arguments and as widths and
+// precisions taken from '*', are well defined (the sanitizer build checks).
+TEST(Format, ExtremeIntegersAreWellDefined) {
+    EXPECT_EQ(QtrFormat(L"%d %u %x", INT_MIN, INT_MIN, INT_MIN), L"-2147483648 2147483648 80000000");
+    EXPECT_EQ(QtrFormat(L"%d %u %x", LLONG_MIN, LLONG_MIN, LLONG_MIN),
+              L"-9223372036854775808 9223372036854775808 8000000000000000");
+    EXPECT_EQ(QtrFormat(L"%d %x", ULLONG_MAX, ULLONG_MAX), L"18446744073709551615 ffffffffffffffff");
+    EXPECT_EQ(QtrFormat(L"%*d|", INT_MIN, 1).size(), 4097u);  // a negative width aligns left, clamped
+    EXPECT_EQ(QtrFormat(L"%*d|", LLONG_MIN, 1).size(), 4097u);
+    EXPECT_EQ(QtrFormat(L"%*d|", ULLONG_MAX, 1).size(), 4097u);
+    EXPECT_EQ(QtrFormat(L"%.*f", LLONG_MIN, 1.0), L"1.000000");  // a negative precision is none
+    EXPECT_EQ(QtrFormat(L"%.*d", INT_MAX, 1).size(), 4096u);
+    EXPECT_EQ(QtrFormat(L"%-*.*s|", INT_MIN, INT_MIN, L"ab"), L"ab" + std::wstring(4094, L' ') + L"|");
+}
+
 TEST(Format, DecimalPointIgnoresTheLocale) {
     if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") == nullptr) GTEST_SKIP() << "no German locale installed";
     EXPECT_EQ(QtrFormat(L"%g", 0.0254), L"0.0254");
@@ -54,6 +71,24 @@ TEST(DiagLog, ARecordedPositionServesExactlyOneMessage) {
     EXPECT_EQ(entry.message, L"QtrAdminStd::Convert(,m,2.5,km): no convinfo\n");
     EXPECT_EQ(log.Entries()[1].line, 0xFFFFFFFF);
     EXPECT_EQ(log.Entries()[2].line, 0u);
+}
+
+// A host's sink that throws loses its text; the library goes on, and the
+// sink gets the next text again.
+TEST(DiagLog, SinksThatThrowAreSurvived) {
+    int calls = 0;
+    const auto throwing = [&calls](const auto&) {
+        ++calls;
+        throw std::runtime_error("sink failed");
+    };
+    const QtrLogSink previousLog = QtrSetLogSink(throwing);
+    const QtrTraceSink previousTrace = QtrSetTraceSink(throwing);
+    EXPECT_NO_THROW(Error_Report("src.cpp", 7, L"first %d\n", 1));
+    EXPECT_NO_THROW(Trace_Write(L"trace %s\n", L"text"));
+    EXPECT_NO_THROW(Error_Write(L"second\n"));
+    QtrSetLogSink(previousLog);
+    QtrSetTraceSink(previousTrace);
+    EXPECT_EQ(calls, 3);
 }
 
 TEST(DiagLog, TheDefaultSinkWritesOneUtf8LineToStderr) {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -67,6 +68,17 @@ TEST_F(FileSearch, MissingPathIsReportedOnlyWhenTheSearchComesToIt) {
     ASSERT_EQ(log_.Entries().size(), 1u);
     EXPECT_EQ(log_.Entries()[0].line, 195u);
     EXPECT_EQ(log_.Entries()[0].message, L"UnitFilePathSearch(\"x/missing.dscr\"): no PATH-environment variable\n");
+}
+
+// In a Turkish locale the lower case of 'I' is a dotless i; the sibling
+// folder rule must match "BIN" all the same.
+TEST_F(FileSearch, LetterCaseIsFoldedAlikeInEveryLocale) {
+    const std::string previous = std::setlocale(LC_CTYPE, nullptr);
+    if (std::setlocale(LC_CTYPE, "tr_TR.UTF-8") == nullptr) GTEST_SKIP() << "no Turkish locale installed";
+    const std::wstring expected = Touch("Inst/data/unitsandcurrencies/units.dscr");
+    const std::wstring found = UnitFilePathSearchFrom(L"units.dscr", FromUtf8((root_ / "Inst/PROGRAM/BIN/host").string()));
+    std::setlocale(LC_CTYPE, previous.c_str());
+    EXPECT_EQ(found, expected);
 }
 
 }  // namespace

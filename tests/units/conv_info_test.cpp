@@ -70,6 +70,21 @@ TEST_F(ConvInfoTest, ChainAppliesInnerThenOuterThroughTheVeryLinkingUnit) {
                                    L"QtrConvInfoStd::NewChain([(null)<=(null)],[m<=km]): inconsistent\n"}));
 }
 
+// A derived rule never holds zero, an infinity or NaN: chains and inverses
+// that leave double precision are refused.
+TEST_F(ConvInfoTest, ChainsAndInversesOutOfDoubleRangeAreNotMade) {
+    EXPECT_EQ(QtrConvInfoStd::NewChain(Rule(mm_, m_, 1e200).get(), Rule(m_, km_, 1e200).get()), nullptr);
+    EXPECT_EQ(QtrConvInfoStd::NewChain(Rule(mm_, m_, 1e-200).get(), Rule(m_, km_, 1e-200).get()), nullptr);
+    EXPECT_EQ(QtrConvInfoStd::NewChain(Rule(mm_, m_, 1e200).get(), Rule(m_, km_, 1.0, 1e200).get()), nullptr);
+    EXPECT_EQ(Rule(m_, km_, 1e-320)->NewInverse(), nullptr);
+    EXPECT_EQ(Rule(m_, km_, 1e-300, 1e10)->NewInverse(), nullptr);
+    EXPECT_EQ(log_.Messages(), (std::vector<std::wstring>{L"QtrConvInfoStd::NewChain([mm<=m],[m<=km]): out of range\n",
+                                                          L"QtrConvInfoStd::NewChain([mm<=m],[m<=km]): out of range\n",
+                                                          L"QtrConvInfoStd::NewChain([mm<=m],[m<=km]): out of range\n",
+                                                          L"QtrConvInfoStd::NewInverse(): 1 / Factor() out of range\n",
+                                                          L"QtrConvInfoStd::NewInverse(): 1 / Factor() out of range\n"}));
+}
+
 TEST_F(ConvInfoTest, PrintsTheStatementThatDefinesTheTarget) {
     const QtrUnitStd degC(nullptr, L"degC"), degF(nullptr, L"degF"), x(nullptr, L"x");
     const QtrUnitStd degreeF(nullptr, L"\u00b0F"), slashed(nullptr, L"m/s \"x\"");

@@ -52,15 +52,18 @@ protected:
     std::optional<QtrNameResolver> resolver;
 };
 
-// abcf (one edit, a synonym) stands for abxy (two edits); wxyz is three
-// edits away and qqqqqq more.
+// abcf (one edit, a synonym) stands for abxy (two edits); wxyz, three edits
+// away, is not among the closest. A name of n characters allows n / 2 edits,
+// so a single letter suggests nothing.
 TEST_F(NameSuggestions, ClosestFirstExactNamesBeforeSynonymsEachUnitOnce) {
-    EXPECT_EQ(resolver->Suggest(L"abcz"), (Names{L"abcd", L"abce", L"abcf", L"wxyz"}));
+    EXPECT_EQ(resolver->Suggest(L"abcz"), (Names{L"abcd", L"abce", L"abcf"}));  // only the closest
     EXPECT_EQ(resolver->Suggest(L"ABCZ"), resolver->Suggest(L"abcz"));
     EXPECT_EQ(resolver->Suggest(L"abcz", 2), (Names{L"abcd", L"abce"}));
     EXPECT_EQ(resolver->Suggest(L"bacd", 1), (Names{L"abcd"}));
     EXPECT_EQ(resolver->Suggest(L"qqqq"), (Names{L"qqqqqq"}));
     EXPECT_EQ(resolver->Suggest(L"zzzzzzzz"), Names{});
+    EXPECT_EQ(resolver->Suggest(L"a"), Names{});
+    EXPECT_EQ(resolver->Suggest(L"qqq"), Names{});
     EXPECT_EQ(resolver->Suggest(L""), Names{});
     EXPECT_EQ(resolver->Suggest(nullptr), Names{});
 }

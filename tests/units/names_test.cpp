@@ -151,6 +151,17 @@ TEST_F(NameResolution, CategoriesResolveLikeUnits) {
     }
 }
 
+// The synonyms that lead to a unit or category, from both languages; the
+// English "Grad" is shadowed by the German one and "km" by the exact name.
+TEST_F(NameResolution, ListsTheSynonymsThatLeadToAUnitOrCategory) {
+    using Names = std::vector<std::wstring>;
+    EXPECT_EQ(german->Synonyms({nullptr, Unit(L"m"), QtrNameMatch::Exact}), (Names{L"Meter", L"metre", L"metres"}));
+    EXPECT_EQ(german->Synonyms({nullptr, Unit(L"degC"), QtrNameMatch::Exact}), Names{L"Grad"});
+    EXPECT_EQ(german->Synonyms({nullptr, Unit(L"gon"), QtrNameMatch::Exact}), Names{});
+    EXPECT_EQ(german->Synonyms({length, nullptr, QtrNameMatch::Exact}), Names{L"distance"});
+    EXPECT_EQ(german->Synonyms({}), Names{});
+}
+
 TEST_F(NameResolution, KnowsOnlyExactAndCaseInsensitiveNamesWithoutLanguageFiles) {
     QtrNameResolver bare(admin);
     EXPECT_EQ(bare.Resolve(L"ft").match, QtrNameMatch::Exact);

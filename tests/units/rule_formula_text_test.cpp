@@ -5,6 +5,7 @@
 // every rule of the shipped catalogue once completed.
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cmath>
 #include <random>
 #include <string>
@@ -15,6 +16,12 @@
 #include "units/rule_formula_text.h"
 
 namespace {
+
+std::wstring FormulaText(double factor, double addend) {
+    std::wstring text;
+    quantor::detail::AppendRuleFormulaText(text, factor, addend);
+    return text;
+}
 
 // A short decimal such as 0.0254, 1.8 or 4840.
 double ShortDecimal(std::mt19937_64& random) {
@@ -48,14 +55,40 @@ TEST(RuleFormulaText, WritesTheSameTextAsTryingEveryPrecision) {
     std::mt19937_64 random(20240611);
     for (int i = 0; i < 4000; ++i) {
         const double factor = RandomFactor(random), addend = RandomAddend(random);
-        ASSERT_EQ(quantor::detail::RuleFormulaText(factor, addend), reference::RuleFormulaText(factor, addend))
+        ASSERT_EQ(FormulaText(factor, addend), reference::RuleFormulaText(factor, addend))
             << "factor " << factor << " addend " << addend;
     }
-    for (double factor : {1.0, -1.0, 1e-300, 1e300, 5e-324, 0.1, 3.0, 1.0 / 3.0, 1.8, 1.0 / 1.8}) {
+    for (double factor : {1.0, -1.0, 1e-300, 1e300, 5e-324, 0.1, 3.0, 1.0 / 3.0, 1.8, 1.0 / 1.8, 0.0, -0.0, HUGE_VAL,
+                          std::nan(""), 1e-100, 1e100, 9.999999999999999e99}) {
         for (double addend : {0.0, -0.0, 32.0, -32.0 / 1.8, 273.15, std::nan(""), HUGE_VAL}) {
-            EXPECT_EQ(quantor::detail::RuleFormulaText(factor, addend), reference::RuleFormulaText(factor, addend))
+            EXPECT_EQ(FormulaText(factor, addend), reference::RuleFormulaText(factor, addend))
                 << "factor " << factor << " addend " << addend;
         }
+    }
+}
+
+// Any finite double, subnormal and huge ones included, as a bit pattern.
+double AnyFiniteDouble(std::mt19937_64& random) {
+    for (;;) {
+        const double value = std::bit_cast<double>(random());
+        if (std::isfinite(value)) return value;
+    }
+}
+
+// A short decimal moved towards the ends of the range, where products and
+// reciprocals overflow or lose precision.
+double ExtremeDecimal(std::mt19937_64& random) {
+    std::uniform_int_distribution<int> exponent(-320, 300);
+    return ShortDecimal(random) * std::pow(10.0, exponent(random));
+}
+
+TEST(RuleFormulaText, WritesTheSameTextForDoublesOfTheWholeRange) {
+    std::mt19937_64 random(7);
+    for (int i = 0; i < 1500; ++i) {
+        const double factor = i % 2 ? AnyFiniteDouble(random) : ExtremeDecimal(random);
+        const double addend = i % 3 ? AnyFiniteDouble(random) : ExtremeDecimal(random);
+        ASSERT_EQ(FormulaText(factor, addend), reference::RuleFormulaText(factor, addend))
+            << "factor " << factor << " addend " << addend;
     }
 }
 
@@ -77,7 +110,7 @@ TEST(RuleFormulaText, WritesEveryRuleOfTheShippedCatalogueAsBefore) {
                 const QtrConvInfoBase* rule = source->ConvInfo(target);
                 if (!rule) continue;
                 ++compared;
-                ASSERT_EQ(quantor::detail::RuleFormulaText(rule->Factor(), rule->Addend()),
+                ASSERT_EQ(FormulaText(rule->Factor(), rule->Addend()),
                           reference::RuleFormulaText(rule->Factor(), rule->Addend()))
                     << source->Name() << " -> " << target->Name();
             }
