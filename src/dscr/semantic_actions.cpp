@@ -222,9 +222,10 @@ void Unit_Begin(X_ActionState& state, X_ParsNodePtr name, X_ParsNodePtr /*value*
         throw;
     }
     if (added > 0) {
-        // Places serve only the findings, so they are kept only for a collector.
-        if (ParseState_Current().findings.IsCollecting()) state.places.units[unit.get()] = place;
-        unit.release();
+        // The category owns the unit now. Places serve only the findings, so
+        // they are kept only for a collector.
+        const QtrUnitBase* taken = unit.release();
+        if (ParseState_Current().findings.IsCollecting()) state.places.units[taken] = place;
     } else if (added == 0 && held) {
         UnitRedeclared(state.places, *state.category, *held, place);
     } else if (added < 0) {
