@@ -5,10 +5,10 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "quantor/model.h"
+#include "quantor/position_index.h"
 
 class QtrAdminStd;
 
@@ -59,13 +59,16 @@ private:
 
     // Whether `unit` is one of this category's units.
     bool Holds(const QtrUnitBase* unit) const;
+    // The unit of that name, or null.
+    const QtrUnitBase* OwnUnit(std::wstring_view unitName) const;
     void Clear();
 
     std::wstring name_;
     // Owned and changeable: the category completes its units' rules.
     std::vector<std::unique_ptr<QtrUnitBase>> units_;
-    // The units by the names they keep.
-    std::unordered_map<std::wstring_view, const QtrUnitBase*> unitsByName_;
+    // The names the units keep, by position in units_, and their index.
+    std::vector<std::wstring_view> unitNames_;
+    quantor::detail::PositionIndex unitIndex_;
     const QtrUnitBase* defaultIntern_ = nullptr;
     const QtrUnitBase* defaultSurface_ = nullptr;
     const QtrAdminBase* admin_;

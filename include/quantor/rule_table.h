@@ -10,15 +10,16 @@
 
 #include "quantor/export.h"
 #include "quantor/model.h"
+#include "quantor/position_index.h"
 
 namespace quantor::detail {
 
-// Rules in the order they were added, found by key through an open-addressing
-// index of 8 bytes per slot (a hash tag and a position), so that a stored
-// rule costs little beyond the rule itself and a lookup allocates nothing.
-// The key of a rule is its target unit's name, read from the target when
-// needed: a held rule's target must outlive the table, as the units of one
-// category do. Only a replacement under another rule's key stores a key.
+// Rules in the order they were added, found by key through a name index over
+// their positions, so that a stored rule costs little beyond the rule itself
+// (nothing for the few rules of a small table) and a lookup allocates
+// nothing. The key of a rule is its target unit's name, read from the target
+// when needed: a held rule's target must outlive the table, as the units of
+// one category do. Only a replacement under another rule's key stores a key.
 class QUANTOR_API RuleTable {
 public:
     RuleTable() = default;
@@ -40,17 +41,12 @@ public:
     void Clear();
 
 private:
-    // A slot of the index: the high half of the key's hash and the position
-    // of the rule plus one; 0 marks an empty slot.
-    using Slot = std::uint64_t;
-
     std::wstring_view KeyAt(std::uint32_t position) const;
-    // The slot that holds `key`, or the empty slot where it would go.
-    std::size_t SlotOf(std::wstring_view key, std::uint64_t hash) const;
-    void Grow();
+    // The position of the rule kept under `key`, or PositionIndex::kNotFound.
+    std::uint32_t PositionOf(std::wstring_view key) const;
 
     std::vector<const QtrConvInfoBase*> rules_;
-    std::vector<Slot> slots_;
+    PositionIndex index_;
     // Keys that differ from the target's name of the rule they hold, by
     // position: only after Replace with a rule to another target.
     std::vector<std::pair<std::uint32_t, std::wstring>> storedKeys_;

@@ -3,12 +3,17 @@
 // for the author of the description file.
 #include "dscr/action_findings.h"
 
+#include <algorithm>
+#include <functional>
 #include <numeric>
+#include <utility>
 #include <vector>
 
 #include "dscr/parse_error.h"
 #include "etc/format.h"
 #include "quantor/admin.h"
+#include "quantor/convinfo.h"
+#include "quantor/unit.h"
 
 namespace {
 
@@ -44,7 +49,39 @@ X_Place UnitPlace(const X_DeclarationPlaces& places, const QtrUnitBase* unit) {
     return found != places.units.end() ? found->second : places.categoryHead;
 }
 
-bool Linked(const QtrUnitBase* a, const QtrUnitBase* b) { return a->ConvInfo(b) || b->ConvInfo(a); }
+// The units with their positions, ordered by address, to find a rule's target.
+using UnitPosition = std::pair<const QtrUnitBase*, size_t>;
+using UnitPositions = std::vector<UnitPosition>;
+
+bool AddressBefore(const UnitPosition& a, const UnitPosition& b) { return std::less<>()(a.first, b.first); }
+
+UnitPositions PositionsByAddress(const std::vector<const QtrUnitBase*>& units) {
+    UnitPositions positions;
+    positions.reserve(units.size());
+    for (size_t i = 0; i < units.size(); ++i) positions.emplace_back(units[i], i);
+    std::sort(positions.begin(), positions.end(), AddressBefore);
+    return positions;
+}
+
+// Calls `link(j)` for every unit j to which units[i] holds a rule. A unit of
+// this library lists its rules, so the cost follows the rules stored; a unit
+// of another kind is asked about every other unit.
+template <class Link>
+void RuleTargetsVisit(const std::vector<const QtrUnitBase*>& units, const UnitPositions& positions, size_t i,
+                      std::vector<const QtrConvInfoBase*>& rules, Link link) {
+    const auto* own = dynamic_cast<const QtrUnitStd*>(units[i]);
+    if (!own) {
+        for (size_t j = 0; j < units.size(); ++j)
+            if (j != i && units[i]->ConvInfo(units[j])) link(j);
+        return;
+    }
+    own->ConvInfosGet(rules);
+    for (const QtrConvInfoBase* rule : rules) {
+        const UnitPosition key{rule->TrgtUnit(), 0};
+        const auto found = std::lower_bound(positions.begin(), positions.end(), key, AddressBefore);
+        if (found != positions.end() && found->first == key.first) link(found->second);
+    }
+}
 
 // The group of every unit: units linked by a rule, directly or through
 // others, share the group of the earliest of them.
@@ -55,12 +92,14 @@ std::vector<size_t> UnitGroups(const std::vector<const QtrUnitBase*>& units) {
         while (group[i] != i) i = group[i] = group[group[i]];
         return i;
     };
-    for (size_t i = 0; i < units.size(); ++i)
-        for (size_t j = i + 1; j < units.size(); ++j)
-            if (Linked(units[i], units[j])) {
-                const size_t a = root(i), b = root(j);
-                group[std::max(a, b)] = std::min(a, b);
-            }
+    const UnitPositions positions = PositionsByAddress(units);
+    std::vector<const QtrConvInfoBase*> rules;
+    for (size_t i = 0; i < units.size(); ++i) {
+        RuleTargetsVisit(units, positions, i, rules, [&](size_t j) {
+            const size_t a = root(i), b = root(j);
+            group[std::max(a, b)] = std::min(a, b);
+        });
+    }
     for (size_t i = 0; i < units.size(); ++i) group[i] = root(i);
     return group;
 }
@@ -135,6 +174,8 @@ void FormatShiftCheck(int pre, int post, X_Place place) {
 
 void CompletionMisses(const X_DeclarationPlaces& places, const QtrCategoryBase& category,
                       const std::wstring& libraryText) {
+    // Findings that nobody collects need not be worked out.
+    if (!Findings().IsCollecting()) return;
     std::vector<const QtrUnitBase*> units;
     category.UnitPtrs(units);
     const std::vector<size_t> groups = UnitGroups(units);

@@ -4,6 +4,7 @@
 // they can be checked line by line against the language's lexical rules.
 #include "dscr/scanner.h"
 
+#include <array>
 #include <cstdint>
 
 #include "etc/diag_log.h"
@@ -30,10 +31,22 @@ constexpr CharClassRule kCharClassRules[] = {
     {9, [](wchar_t c) { return c == L'\n'; }},
 };
 
-int CharClass(wchar_t c) {
+int CharClassByRules(wchar_t c) {
     for (const CharClassRule& rule : kCharClassRules)
         if (rule.matches(c)) return rule.charClass;
     return kClassOther;
+}
+
+// The rules' classes of the ASCII characters, looked up instead of searched.
+int CharClass(wchar_t c) {
+    static const std::array<int, 128> kAsciiClasses = [] {
+        std::array<int, 128> classes{};
+        for (size_t code = 0; code < classes.size(); ++code)
+            classes[code] = CharClassByRules(static_cast<wchar_t>(code));
+        return classes;
+    }();
+    const auto code = static_cast<uint32_t>(c);
+    return code < kAsciiClasses.size() ? kAsciiClasses[code] : CharClassByRules(c);
 }
 
 // States 0 to 8 scan; a next state of kFirstFinalState or more ends the scan.
@@ -134,13 +147,13 @@ bool X_New_Scanfile::Token_Load() {
     WhiteSpaceSkip();
     while (position_ >= lineLength_) {
         if (endOfFile_) {
-            token_ = X_Token{lineNumber_, position_, TOKID_EOF, {}};
+            TokenStart(TOKID_EOF);
             return true;
         }
         LineRead();
         WhiteSpaceSkip();
     }
-    token_ = X_Token{lineNumber_, position_, TOKID_ERROR, {}};
+    TokenStart(TOKID_ERROR);
     if (!PairTokenScan() && !SingleTokenScan()) StateMachineScan();
     if (token_.id == TOKID_ID) {
         if (const int keywordId = KeywordTokenId(token_.text)) token_.id = keywordId;
@@ -150,6 +163,15 @@ bool X_New_Scanfile::Token_Load() {
         return false;
     }
     return true;
+}
+
+// The current token starts at the position, with no text yet; its text
+// keeps its room, so that scanning a name allocates nothing.
+void X_New_Scanfile::TokenStart(int id) {
+    token_.line = lineNumber_;
+    token_.column = position_;
+    token_.id = id;
+    token_.text.clear();
 }
 
 int X_New_Scanfile::TokenGet(X_Token& token) {

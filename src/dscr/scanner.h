@@ -70,6 +70,7 @@ public:
     std::wstring PositionPrefix(int line, int column) const;
 
 private:
+    void TokenStart(int id);
     void LineRead();
     void WhiteSpaceSkip();
     wchar_t CharCurrent() const;

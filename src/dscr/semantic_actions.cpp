@@ -19,7 +19,10 @@
 
 namespace {
 
-std::wstring NameText(const X_ParsNode* node) { return node ? node->Name() : std::wstring(); }
+const std::wstring& NameText(const X_ParsNode* node) {
+    static const std::wstring kNoName;
+    return node ? node->Name() : kNoName;
+}
 
 // The administration keeps its categories, and a category its units, as
 // changeable objects and shows them const; the actions go on filling them.
@@ -203,7 +206,7 @@ void Cat_DefaultSurface(X_ActionState& state, X_ParsNodePtr name) {
 }
 
 void Unit_Begin(X_ActionState& state, X_ParsNodePtr name, X_ParsNodePtr /*value*/) {
-    const std::wstring unitName = NameText(name.get());
+    const std::wstring& unitName = NameText(name.get());
     const X_Place place = PlaceOf(name.get());
     const QtrUnitBase* held = state.category->Unit(unitName.c_str());
     if (!held) UnitNameCheck(state.admin, unitName, place);
@@ -219,7 +222,10 @@ void Unit_Begin(X_ActionState& state, X_ParsNodePtr name, X_ParsNodePtr /*value*
         throw;
     }
     if (added > 0) {
-        state.places.units[unit.release()] = place;
+        // The category owns the unit now. Places serve only the findings, so
+        // they are kept only for a collector.
+        const QtrUnitBase* taken = unit.release();
+        if (ParseState_Current().findings.IsCollecting()) state.places.units[taken] = place;
     } else if (added == 0 && held) {
         UnitRedeclared(state.places, *state.category, *held, place);
     } else if (added < 0) {

@@ -4,6 +4,7 @@
 // completion and printing live in their own files.
 #include "quantor/category.h"
 
+#include <cstdint>
 #include <cwchar>
 #include <string_view>
 
@@ -46,7 +47,8 @@ QtrCategoryStd::QtrCategoryStd(const wchar_t* name, const QtrAdminBase* admin)
 QtrCategoryStd::~QtrCategoryStd() { Clear(); }
 
 void QtrCategoryStd::Clear() {
-    unitsByName_.clear();
+    unitIndex_.Clear();
+    unitNames_.clear();
     units_.clear();
     defaultIntern_ = nullptr;
     defaultSurface_ = nullptr;
@@ -65,14 +67,16 @@ const QtrUnitBase* QtrCategoryStd::Unit(const wchar_t* unitName) const {
     const QtrUnitBase* unit = nullptr;
     if (index_->FastFind(unitName, category, unit) || holder_ == index_)
         return unit && unit->Category() == this ? unit : nullptr;
-    const auto own = unitsByName_.find(std::wstring_view(unitName));
-    return own == unitsByName_.end() ? nullptr : own->second;
+    return OwnUnit(unitName);
 }
 
-bool QtrCategoryStd::Holds(const QtrUnitBase* unit) const {
-    const auto own = unit ? unitsByName_.find(unit->Name()) : unitsByName_.end();
-    return own != unitsByName_.end() && own->second == unit;
+const QtrUnitBase* QtrCategoryStd::OwnUnit(std::wstring_view unitName) const {
+    const std::uint32_t position =
+        unitIndex_.Find(unitName, [this](std::uint32_t at) { return unitNames_[at]; });
+    return position == quantor::detail::PositionIndex::kNotFound ? nullptr : units_[position].get();
 }
+
+bool QtrCategoryStd::Holds(const QtrUnitBase* unit) const { return unit && OwnUnit(unit->Name()) == unit; }
 
 void QtrCategoryStd::UnitNames(std::vector<std::wstring>& out) const {
     out.clear();
@@ -85,14 +89,20 @@ void QtrCategoryStd::UnitPtrs(std::vector<const QtrUnitBase*>& out) const {
 }
 
 int QtrCategoryStd::UnitAdd(const QtrUnitBase* unit) {
-    if (unit && !unitsByName_.try_emplace(unit->Name(), unit).second) return 0;
+    const std::wstring_view unitName = unit ? std::wstring_view(unit->Name()) : std::wstring_view();
+    if (unit && OwnUnit(unitName)) return 0;
     if (!IsCompatible(name_, unit)) {
-        if (unit) unitsByName_.erase(unit->Name());
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrCategoryStd::UnitAdd(.): incompatible unit\n");
         return -1;
     }
+    // Room first: once the name is indexed, nothing may throw before the
+    // category holds the unit, or the index would name a unit it does not own.
+    if (units_.size() == units_.capacity()) units_.reserve(2 * units_.size() + 1);
+    if (unitNames_.size() == unitNames_.capacity()) unitNames_.reserve(units_.capacity());
     // The category takes the unit over and later completes its rules. Units
     // are created non-const by their makers, so the owner may change them.
+    unitIndex_.Append(unitName, [this](std::uint32_t at) { return unitNames_[at]; });
+    unitNames_.push_back(unitName);
     units_.emplace_back(const_cast<QtrUnitBase*>(unit));
     if (holder_) holder_->IndexUnit(unit);
     return 1;
