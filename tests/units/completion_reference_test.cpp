@@ -135,7 +135,7 @@ private:
     std::optional<Pair> missing_;
 };
 
-// --- Random categories, built twice from one seed. ---
+// --- Random categories, built twice from one draw number. ---
 
 // A unit of another implementation: it answers from rules it was given and
 // takes none from the category.
@@ -172,8 +172,8 @@ private:
 };
 
 struct RandomCategory {
-    explicit RandomCategory(uint32_t seed) {
-        std::mt19937 random(seed);
+    explicit RandomCategory(uint32_t draw) {
+        std::mt19937 random(draw);
         const std::size_t n = random() % 13;
         const std::size_t foreign = random() % 4 == 0 ? (random() % 3 == 0 ? random() % 13 : n - 1) : n;
         const std::size_t parts = 1 + random() % 3;
@@ -237,8 +237,8 @@ struct Outcome {
 };
 
 template <class Complete>
-Outcome CompleteWith(uint32_t seed, Complete complete) {
-    RandomCategory random(seed);
+Outcome CompleteWith(uint32_t draw, Complete complete) {
+    RandomCategory random(draw);
     LogCapture log;
     const bool complete_ = complete(random);
     return {complete_, log.Messages(), random.Rules()};
@@ -246,16 +246,16 @@ Outcome CompleteWith(uint32_t seed, Complete complete) {
 
 TEST(CompletionReference, RandomCategoriesCompleteExactlyAsTheReference) {
     std::size_t failures = 0, messages = 0;
-    for (uint32_t seed = 1; seed <= 1500; ++seed) {
-        const Outcome expected = CompleteWith(seed, [](RandomCategory& random) {
+    for (uint32_t draw = 1; draw <= 1500; ++draw) {
+        const Outcome expected = CompleteWith(draw, [](RandomCategory& random) {
             return ReferenceCompletion(random.units).Run();
         });
-        const Outcome actual = CompleteWith(seed, [](RandomCategory& random) {
+        const Outcome actual = CompleteWith(draw, [](RandomCategory& random) {
             return random.category.ConvInfoComplete();
         });
-        ASSERT_EQ(actual.complete, expected.complete) << "seed " << seed;
-        ASSERT_EQ(actual.messages, expected.messages) << "seed " << seed;
-        ASSERT_EQ(actual.rules, expected.rules) << "seed " << seed;
+        ASSERT_EQ(actual.complete, expected.complete) << "draw " << draw;
+        ASSERT_EQ(actual.messages, expected.messages) << "draw " << draw;
+        ASSERT_EQ(actual.rules, expected.rules) << "draw " << draw;
         failures += !expected.complete;
         messages += expected.messages.size();
     }
