@@ -26,17 +26,16 @@ public:
     // The position whose name is `name`, or kNotFound.
     template <class NameAt>
     std::uint32_t Find(std::wstring_view name, const NameAt& nameAt) const {
-        if (slots_.empty()) {
-            for (std::uint32_t position = 0; position < count_; ++position)
-                if (nameAt(position) == name) return position;
-            return kNotFound;
-        }
-        const std::uint32_t hash = Hash(name);
-        for (std::size_t index = hash & Mask();; index = (index + 1) & Mask()) {
-            const std::uint64_t slot = slots_[index];
-            if (slot == 0) return kNotFound;
-            if (HashOf(slot) == hash && nameAt(PositionOf(slot)) == name) return PositionOf(slot);
-        }
+        const auto named = [&name, &nameAt](std::uint32_t position) { return nameAt(position) == name; };
+        return slots_.empty() ? Scan(named) : Probe(Hash(name), named);
+    }
+
+    // The position for which `isName` holds, where `hash` is the Hash of the
+    // name sought, known to the caller; `isName` says whether a position
+    // holds that name.
+    template <class IsName>
+    std::uint32_t FindHashed(std::uint32_t hash, const IsName& isName) const {
+        return slots_.empty() ? Scan(isName) : Probe(hash, isName);
     }
 
     // Indexes the next position, Size(), under `name`, which no position
@@ -61,8 +60,26 @@ public:
     void Clear();
 
     static std::uint32_t Hash(std::wstring_view name);
+    // The Hash of a name whose 64-bit model name hash is `nameHash`.
+    static std::uint32_t Hash(std::uint64_t nameHash) { return static_cast<std::uint32_t>(nameHash >> 32); }
 
 private:
+    template <class IsName>
+    std::uint32_t Scan(const IsName& isName) const {
+        for (std::uint32_t position = 0; position < count_; ++position)
+            if (isName(position)) return position;
+        return kNotFound;
+    }
+
+    template <class IsName>
+    std::uint32_t Probe(std::uint32_t hash, const IsName& isName) const {
+        for (std::size_t index = hash & Mask();; index = (index + 1) & Mask()) {
+            const std::uint64_t slot = slots_[index];
+            if (slot == 0) return kNotFound;
+            if (HashOf(slot) == hash && isName(PositionOf(slot))) return PositionOf(slot);
+        }
+    }
+
     static std::uint32_t HashOf(std::uint64_t slot) { return static_cast<std::uint32_t>(slot >> 32); }
     static std::uint32_t PositionOf(std::uint64_t slot) { return static_cast<std::uint32_t>(slot) - 1; }
     std::size_t Mask() const { return slots_.size() - 1; }

@@ -28,6 +28,10 @@ public:
 
     // The rule kept under `key`, or null.
     const QtrConvInfoBase* Find(std::wstring_view key) const;
+    // The rule kept under the name of `target`, which is `name` with the
+    // model name hash `nameHash`; a rule that leads to `target` itself is
+    // recognised without reading a name.
+    const QtrConvInfoBase* Find(const QtrUnitBase* target, std::wstring_view name, std::uint64_t nameHash) const;
     // Keeps `rule` under its target's name; false (nothing kept) when a rule
     // is held under that name already.
     bool Insert(const QtrConvInfoBase* rule);

@@ -2,6 +2,7 @@
 // the other units of the category, keyed by target name.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,8 +52,13 @@ private:
     // Converts into the unit called `name`: the unit itself needs no rule,
     // any other the rule kept under its name.
     bool ConvertNamed(double& result, std::wstring_view name, double value) const;
+    // Converts into another unit of this library, whose rule is found by the
+    // unit's own name hash and address.
+    bool ConvertInto(double& result, const QtrUnitStd& target, double value) const;
 
     std::wstring name_;
+    // The model name hash of name_, which never changes.
+    std::uint64_t nameHash_;
     const QtrCategoryBase* category_;
     // Owned rules keyed by target name; a rule's target unit must outlive the
     // unit, as the units of one category do.

@@ -9,10 +9,12 @@
 
 #include "quantor/admin.h"
 #include "quantor/category.h"
+#include "units/name_hash.h"
 
 bool QtrAdminStd::FastFind(const wchar_t* name, const QtrCategoryBase*& category, const QtrUnitBase*& unit) const {
     if (!name) return false;
-    const IndexEntry* entry = index_.Find(name);
+    const auto [view, hash] = quantor::detail::NameHashed(name);
+    const IndexEntry* entry = index_.Find(view, hash);
     if (!entry) return false;
     category = entry->category;
     unit = entry->unit;

@@ -75,15 +75,19 @@ std::wstring DefaultSurfaceUnitNameFromUnit(const wchar_t* unitName) {
 
 // The source is a unit, or a category standing for its default internal
 // unit; the target is looked up only among the source's category's units.
+// Both names are looked up first, so that neither lookup waits for the
+// other; the target the index names is the category's own unless the
+// category disowns it.
 bool UnitConvert(double& result, const wchar_t* trgUnitName, double value, const wchar_t* srcName) {
     const QtrAdminStd* admin = QtrAdminStd::QtrAdminDefault();
     if (!admin || !trgUnitName || !srcName) return false;
     const IndexedName named = Lookup(*admin, srcName);
+    const QtrUnitBase* target = Lookup(*admin, trgUnitName).unit;
     const QtrCategoryBase* category = named.category;
     const QtrUnitBase* source = category ? category->DefaultInternUnitGet() : named.unit;
     if (!category && source) category = source->Category();
     if (!source || !category) return false;
-    const QtrUnitBase* target = category->Unit(trgUnitName);
+    if (!target || target->Category() != category) target = category->Unit(trgUnitName);
     return target && source->Convert(result, target, value);
 }
 

@@ -12,7 +12,7 @@ constexpr std::size_t kFirstTableSize = 16;
 }  // namespace
 
 // The upper half of the model's name hash, whose lower bits are spread best.
-std::uint32_t PositionIndex::Hash(std::wstring_view name) { return static_cast<std::uint32_t>(NameHash(name) >> 32); }
+std::uint32_t PositionIndex::Hash(std::wstring_view name) { return Hash(NameHash(name)); }
 
 void PositionIndex::Clear() {
     slots_.clear();

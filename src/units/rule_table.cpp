@@ -24,6 +24,17 @@ const QtrConvInfoBase* RuleTable::Find(std::wstring_view key) const {
     return position == PositionIndex::kNotFound ? nullptr : rules_[position];
 }
 
+const QtrConvInfoBase* RuleTable::Find(const QtrUnitBase* target, std::wstring_view name,
+                                       std::uint64_t nameHash) const {
+    const auto isKey = [this, target, name](std::uint32_t position) {
+        if (!storedKeys_.empty()) return KeyAt(position) == name;
+        const QtrUnitBase* held = rules_[position]->TrgtUnit();
+        return held == target || held->Name() == name;
+    };
+    const std::uint32_t position = index_.FindHashed(PositionIndex::Hash(nameHash), isKey);
+    return position == PositionIndex::kNotFound ? nullptr : rules_[position];
+}
+
 bool RuleTable::Insert(const QtrConvInfoBase* rule) {
     const std::wstring_view key = rule->TrgtUnit()->Name();
     if (PositionOf(key) != PositionIndex::kNotFound) return false;

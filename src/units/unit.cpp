@@ -4,7 +4,10 @@
 #include "quantor/unit.h"
 
 #include "etc/diag_log.h"
+#include <typeinfo>
+
 #include "quantor/convinfo.h"
+#include "units/name_hash.h"
 #include "units/number_format.h"
 #include "units/statement_text.h"
 
@@ -54,7 +57,7 @@ void DeleteIfOwned(const QtrConvInfoBase* rule) { delete dynamic_cast<const QtrC
 }  // namespace
 
 QtrUnitStd::QtrUnitStd(const QtrCategoryBase* category, const wchar_t* name)
-    : name_(name ? name : L""), category_(category) {}
+    : name_(name ? name : L""), nameHash_(quantor::detail::NameHash(name_)), category_(category) {}
 
 QtrUnitStd::~QtrUnitStd() {
     for (const QtrConvInfoBase* rule : rules_.Rules()) DeleteIfOwned(rule);
@@ -72,9 +75,27 @@ const std::wstring& QtrUnitStd::Name() const {
 bool QtrUnitStd::IsOwnName(const wchar_t* unitName) const { return unitName && name_ == unitName; }
 
 // A unit given by pointer is converted into by its name, whose length is
-// known, so its text is neither measured nor compared character by character.
+// known, so its text is neither measured nor compared character by character;
+// a named unit of this library brings its name hash as well.
 bool QtrUnitStd::Convert(double& result, const QtrUnitBase* unit, double value) const {
-    return unit ? ConvertNamed(result, unit->Name(), value) : Convert(result, NameOf(unit), value);
+    if (!unit) return Convert(result, NameOf(unit), value);
+    if (typeid(*unit) == typeid(QtrUnitStd)) {
+        const auto& target = static_cast<const QtrUnitStd&>(*unit);
+        if (!target.name_.empty()) return ConvertInto(result, target, value);
+    }
+    return ConvertNamed(result, unit->Name(), value);
+}
+
+bool QtrUnitStd::ConvertInto(double& result, const QtrUnitStd& target, double value) const {
+    if (&target == this || (target.nameHash_ == nameHash_ && target.name_ == name_)) {
+        result = value;
+        return true;
+    }
+    if (const QtrConvInfoBase* rule = rules_.Find(&target, target.name_, target.nameHash_)) {
+        result = rule->Convert(value);
+        return true;
+    }
+    return NoRuleReported(target.name_, value);
 }
 
 bool QtrUnitStd::Convert(double& result, const wchar_t* unitName, double value) const {

@@ -37,6 +37,10 @@ TEST_F(UnitTest, ConvertsToItselfWithoutARuleAndElseThroughTheTargetsRule) {
     EXPECT_TRUE(km_.Convert(result, L"m", 2.5));
     EXPECT_EQ(result, 2500.0);
     EXPECT_EQ(km_.ConvertOutputGen(&m_, 1.23456, 1, 2), L"1234.56");
+    const QtrUnitStd otherKm(&length_, L"km");
+    double same = 0.0;
+    EXPECT_TRUE(km_.Convert(same, &otherKm, 7.0)) << "a unit of the same name is the unit itself";
+    EXPECT_EQ(same, 7.0);
 
     EXPECT_FALSE(km_.Convert(result, L"yd", 2.5));
     EXPECT_EQ(result, 2500.0);
@@ -86,11 +90,17 @@ TEST_F(UnitTest, FindsEveryRuleByNameAndByUnitAndListsThemInNameOrder) {
     }
     const QtrUnitStd sameName(&length_, L"t5");
     EXPECT_EQ(km_.ConvInfo(L"t5"), km_.ConvInfo(&sameName)) << "names, not objects, are the keys";
+    double byObject = 0.0, byName = 0.0;
+    EXPECT_TRUE(km_.Convert(byObject, &sameName, 1.0));
+    EXPECT_TRUE(km_.Convert(byName, L"t5", 1.0));
+    EXPECT_EQ(byObject, byName);
     for (const auto& target : targets) {
         const QtrConvInfoBase* rule = km_.ConvInfo(target.get());
         ASSERT_NE(rule, nullptr);
         EXPECT_EQ(rule->TrgtUnit(), target.get());
         EXPECT_EQ(km_.ConvInfo(target->Name().c_str()), rule);
+        EXPECT_TRUE(km_.Convert(byObject, target.get(), 1.0));
+        EXPECT_EQ(byObject, rule->Convert(1.0));
     }
     EXPECT_EQ(km_.ConvInfo(L"t300"), nullptr);
     EXPECT_EQ(km_.ConvInfo(L""), nullptr);
@@ -108,6 +118,10 @@ TEST_F(UnitTest, AReplacementToAnotherTargetStaysUnderTheKeyItReplaced) {
     ASSERT_TRUE(km_.ConvInfoReplace(&m_, toX));
     EXPECT_EQ(km_.ConvInfo(L"m"), toX);
     EXPECT_EQ(km_.ConvInfo(L"x"), nullptr);
+    double result = 0.0;
+    EXPECT_TRUE(km_.Convert(result, &m_, 1.0));
+    EXPECT_EQ(result, 3.0) << "converting into m follows the rule kept under m";
+    EXPECT_FALSE(km_.Convert(result, &x_, 1.0)) << "no rule is kept under x";
     QtrConvInfoStd* alsoToX = NewRule(&x_, &km_, 4.0);
     EXPECT_EQ(Add(km_, alsoToX), 1) << "x is a key of its own";
     EXPECT_EQ(km_.ConvInfo(L"x"), alsoToX);
