@@ -10,6 +10,7 @@
 
 #include "quantor/export.h"
 #include "quantor/model.h"
+#include "quantor/name_equal.h"
 
 namespace quantor::detail {
 

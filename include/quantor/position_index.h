@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "quantor/export.h"
+#include "quantor/name_equal.h"
 
 namespace quantor::detail {
 
@@ -26,7 +27,7 @@ public:
     // The position whose name is `name`, or kNotFound.
     template <class NameAt>
     std::uint32_t Find(std::wstring_view name, const NameAt& nameAt) const {
-        const auto named = [&name, &nameAt](std::uint32_t position) { return nameAt(position) == name; };
+        const auto named = [&name, &nameAt](std::uint32_t position) { return SameName(nameAt(position), name); };
         return slots_.empty() ? Scan(named) : Probe(Hash(name), named);
     }
 

@@ -21,7 +21,7 @@ std::size_t NameIndex::SlotOf(std::wstring_view name, std::uint32_t hash) const 
     const std::size_t mask = slots_.size() - 1;
     for (std::size_t index = hash & mask;; index = (index + 1) & mask) {
         const Slot& slot = slots_[index];
-        if (!slot.name || (slot.hash == hash && slot.Name() == name)) return index;
+        if (!slot.name || (slot.hash == hash && SameName(slot.Name(), name))) return index;
     }
 }
 
