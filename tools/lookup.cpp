@@ -27,23 +27,43 @@ std::string Describe(const std::string& typed, const Named& named) {
     return typed + " is a category";
 }
 
+const QtrNameResolver* NameLookup::Resolver() const {
+    if (!resolverMade_) {
+        resolverMade_ = true;
+        resolver_ = resolverMake_();
+    }
+    return resolver_;
+}
+
+// The resolver tries the exact name first as well, so asking the catalogue
+// first changes no answer.
 Named NameLookup::Resolve(const std::string& typed) const {
-    const QtrResolvedName resolved = resolver_.Resolve(Wide(typed).c_str());
-    Named named{resolved.category, resolved.unit, resolved.match};
+    const std::wstring wide = Wide(typed);
+    Named named;
+    if (!wide.empty() && admin_.FastFind(wide.c_str(), named.category, named.unit)) {
+        named.match = QtrNameMatch::Exact;
+    } else if (const QtrNameResolver* resolver = Resolver()) {
+        const QtrResolvedName resolved = resolver->Resolve(wide.c_str());
+        named = {resolved.category, resolved.unit, resolved.match};
+    }
     if (named.unit) named.category = named.unit->Category();
     return named;
 }
 
 std::vector<std::string> NameLookup::Synonyms(const Named& named) const {
     std::vector<std::string> synonyms;
+    const QtrNameResolver* resolver = Resolver();
+    if (!resolver) return synonyms;
     const QtrResolvedName target{named.unit ? nullptr : named.category, named.unit, named.match};
-    for (const std::wstring& synonym : resolver_.Synonyms(target)) synonyms.push_back(Utf8(synonym));
+    for (const std::wstring& synonym : resolver->Synonyms(target)) synonyms.push_back(Utf8(synonym));
     return synonyms;
 }
 
 std::string NameLookup::UnknownMessage(const std::string& typed) const {
     std::string message = "no unit or category is named \"" + typed + "\"";
-    const std::vector<std::wstring> suggestions = resolver_.Suggest(Wide(typed).c_str());
+    const QtrNameResolver* resolver = Resolver();
+    const std::vector<std::wstring> suggestions =
+        resolver ? resolver->Suggest(Wide(typed).c_str()) : std::vector<std::wstring>();
     for (size_t i = 0; i < suggestions.size(); ++i) message += (i == 0 ? " (did you mean: " : ", ") + Utf8(suggestions[i]);
     return suggestions.empty() ? message : message + "?)";
 }

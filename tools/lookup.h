@@ -4,6 +4,7 @@
 // category of each, so the two mistakes read differently.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include <quantor/quantor.h>
@@ -23,9 +24,14 @@ struct ConversionPair {
     const QtrUnitBase* target = nullptr;
 };
 
+// Exact names are looked up in the catalogue itself; the resolver, whose
+// language files take longer to read than the catalogue, is made only for the
+// first name that is not exact.
 class NameLookup {
 public:
-    explicit NameLookup(const QtrNameResolver& resolver) : resolver_(resolver) {}
+    // `resolverMake` answers the resolver of `admin`, or null when there is none.
+    NameLookup(const QtrAdminStd& admin, std::function<const QtrNameResolver*()> resolverMake)
+        : admin_(admin), resolverMake_(std::move(resolverMake)) {}
 
     // What `typed` names; false with a message that says so and suggests
     // the closest names.
@@ -44,8 +50,12 @@ public:
 private:
     Named Resolve(const std::string& typed) const;
     std::string UnknownMessage(const std::string& typed) const;
+    const QtrNameResolver* Resolver() const;
 
-    const QtrNameResolver& resolver_;
+    const QtrAdminStd& admin_;
+    std::function<const QtrNameResolver*()> resolverMake_;
+    mutable bool resolverMade_ = false;
+    mutable const QtrNameResolver* resolver_ = nullptr;
 };
 
 // "m is a Length unit" or "Length is a category", for messages.

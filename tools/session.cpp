@@ -75,8 +75,10 @@ const QtrAdminStd* Session::Catalogue() {
 
 const NameLookup* Session::Names() {
     if (lookup_ || !Catalogue()) return lookup_.get();
-    const QtrNameResolver* resolver = ownAdmin_ ? FileResolverMake() : QtrNameResolverDefault();
-    if (resolver) lookup_ = std::make_unique<NameLookup>(*resolver);
+    // The default resolver exists only for a valid default catalogue.
+    if (!ownAdmin_ && !admin_->IsValid()) return nullptr;
+    lookup_ = std::make_unique<NameLookup>(
+        *admin_, [this] { return ownAdmin_ ? FileResolverMake() : QtrNameResolverDefault(); });
     return lookup_.get();
 }
 
