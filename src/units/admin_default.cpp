@@ -45,16 +45,18 @@ struct DefaultDictionary {
     std::atomic<const XLMTranslDict*> ready{nullptr};
 };
 
-// Function-local statics: built on first use under the runtime's once-guard
-// and destroyed at process exit.
+// Built on first use under the runtime's once-guard and never destroyed, so
+// that a host may still convert from the destructors of its own statics, and
+// so that a process does not spend its exit freeing thousands of rules. They
+// stay reachable through these pointers until the process ends.
 DefaultAdministration& TheDefaultAdministration() {
-    static DefaultAdministration instance;
-    return instance;
+    static DefaultAdministration* const instance = new DefaultAdministration;
+    return *instance;
 }
 
 DefaultDictionary& TheDefaultDictionary() {
-    static DefaultDictionary instance;
-    return instance;
+    static DefaultDictionary* const instance = new DefaultDictionary;
+    return *instance;
 }
 
 // The region file parsed after the base files, or null for a mode without one.

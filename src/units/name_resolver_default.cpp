@@ -19,9 +19,10 @@ struct DefaultResolver {
     std::atomic<const QtrNameResolver*> ready{nullptr};
 };
 
+// Never destroyed, like the default administration it resolves names of.
 DefaultResolver& TheDefaultResolver() {
-    static DefaultResolver instance;
-    return instance;
+    static DefaultResolver* const instance = new DefaultResolver;
+    return *instance;
 }
 
 // The settings' language of unit names; English without settings or for an
