@@ -43,9 +43,14 @@ public:
     // holds yet; `nameAt` answers for the positions indexed before.
     template <class NameAt>
     void Append(std::wstring_view name, const NameAt& nameAt) {
+        AppendHashed(Hash(name), nameAt);
+    }
+    // Append for a name whose Hash the caller knows.
+    template <class NameAt>
+    void AppendHashed(std::uint32_t hash, const NameAt& nameAt) {
         if (!slots_.empty() || count_ + 1 > kScanLimit) {
             TableBuild(count_ + 1, nameAt);
-            SlotFill(Hash(name), count_);
+            SlotFill(hash, count_);
         }
         ++count_;
     }

@@ -33,8 +33,10 @@ public:
     // recognised without reading a name.
     const QtrConvInfoBase* Find(const QtrUnitBase* target, std::wstring_view name, std::uint64_t nameHash) const;
     // Keeps `rule` under its target's name; false (nothing kept) when a rule
-    // is held under that name already.
+    // is held under that name already. `nameHash` is the model name hash of
+    // that name when the caller knows it.
     bool Insert(const QtrConvInfoBase* rule);
+    bool Insert(const QtrConvInfoBase* rule, std::uint64_t nameHash);
     // Puts `rule` in the place of the rule kept under `key` and answers the
     // rule it replaces, or null (nothing changed) when none is kept.
     const QtrConvInfoBase* Replace(std::wstring_view key, const QtrConvInfoBase* rule);
@@ -42,6 +44,9 @@ public:
     const std::vector<const QtrConvInfoBase*>& Rules() const { return rules_; }
     // Every rule in ascending order of key.
     std::vector<const QtrConvInfoBase*> RulesByKey() const;
+    // Makes room for `count` rules in all, so that adding up to there
+    // neither moves the rules nor rebuilds the index.
+    void Reserve(std::size_t count);
     void Clear();
 
 private:

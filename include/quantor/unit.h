@@ -40,6 +40,9 @@ public:
     // Replaces the rule kept for `target`, taking `rule` over; false (and the
     // caller keeps `rule`) when no rule for that target is held.
     bool ConvInfoReplace(const QtrUnitBase* target, const QtrConvInfoBase* rule);
+    // Makes room for `count` rules in all; completion knows how many a unit
+    // will hold.
+    void ConvInfosReserve(std::size_t count);
     // Every rule in ascending order of target name; answers how many.
     int ConvInfosGet(std::vector<const QtrConvInfoBase*>& out) const;
     // Writes "\tunit <name>;\n"; to the trace when `file` is null.
@@ -52,9 +55,11 @@ private:
     // Converts into the unit called `name`: the unit itself needs no rule,
     // any other the rule kept under its name.
     bool ConvertNamed(double& result, std::wstring_view name, double value) const;
-    // Converts into another unit of this library, whose rule is found by the
-    // unit's own name hash and address.
-    bool ConvertInto(double& result, const QtrUnitStd& target, double value) const;
+    // `unit` as a unit of this library with a name, whose rules are found by
+    // its name hash and address; null for any other unit.
+    static const QtrUnitStd* NamedUnitStd(const QtrUnitBase& unit);
+    // The rule kept under the name of `unit`, or null.
+    const QtrConvInfoBase* RuleTo(const QtrUnitBase& unit) const;
 
     std::wstring name_;
     // The model name hash of name_, which never changes.

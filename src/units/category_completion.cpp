@@ -36,14 +36,19 @@ using quantor::detail::BitMatrix;
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-// Hands `rule` to `unit`. The unit owns the rule only when it answers 1;
-// otherwise the rule is freed here. A unit of another implementation cannot
-// take rules and answers -1.
-int RuleAdd(QtrUnitBase* unit, std::unique_ptr<QtrConvInfoStd> rule) {
-    auto* target = dynamic_cast<QtrUnitStd*>(unit);
-    const int added = target ? target->ConvInfoAdd(rule.get()) : -1;
+// Hands `rule` to `unit`, a unit of this library or null for a unit of
+// another implementation, which cannot take rules and answers -1. The unit
+// owns the rule only when it answers 1; otherwise the rule is freed here.
+int RuleAdd(QtrUnitStd* unit, std::unique_ptr<QtrConvInfoStd> rule) {
+    const int added = unit ? unit->ConvInfoAdd(rule.get()) : -1;
     if (added == 1) rule.release();
     return added;
+}
+
+std::vector<QtrUnitStd*> OwnUnits(const std::vector<QtrUnitBase*>& units) {
+    std::vector<QtrUnitStd*> own(units.size());
+    for (std::size_t i = 0; i < units.size(); ++i) own[i] = dynamic_cast<QtrUnitStd*>(units[i]);
+    return own;
 }
 
 std::unique_ptr<QtrConvInfoStd> NewIdentity(const QtrUnitBase* unit) {
@@ -114,7 +119,8 @@ struct PairOutcome {
 
 class RuleCompletion {
 public:
-    explicit RuleCompletion(std::vector<QtrUnitBase*> units) : units_(std::move(units)), n_(units_.size()) {}
+    explicit RuleCompletion(std::vector<QtrUnitBase*> units)
+        : units_(std::move(units)), own_(OwnUnits(units_)), n_(units_.size()) {}
 
     bool Run() {
         if (n_ == 0) return true;
@@ -133,9 +139,12 @@ private:
 
     // The unit a rule leads to, as an index, or kNone for a unit outside.
     // The names are indexed on first use: units without rules need none.
-    std::size_t TargetIndex(const QtrConvInfoBase* rule) {
+    // Names are unique within a category, so the unit at `expected`, when it
+    // is the target itself, is the answer without a name lookup.
+    std::size_t TargetIndex(const QtrConvInfoBase* rule, std::size_t expected = kNone) {
         const QtrUnitBase* target = rule ? rule->TrgtUnit() : nullptr;
         if (!target) return kNone;
+        if (expected != kNone && units_[expected] == target) return expected;
         if (names_.empty())
             for (std::size_t i = 0; i < n_; ++i) names_.try_emplace(units_[i]->Name(), i);
         const auto found = names_.find(target->Name());
@@ -155,10 +164,10 @@ private:
         links_.assign(n_, {});
         std::size_t firstForeign = n_;
         for (std::size_t i = 0; i + 1 < n_ && firstForeign == n_; ++i)
-            if (!dynamic_cast<const QtrUnitStd*>(units_[i])) firstForeign = i;
+            if (!own_[i]) firstForeign = i;
         std::vector<const QtrConvInfoBase*> rules;
         for (std::size_t a = 0; a < n_; ++a) {
-            if (const auto* own = dynamic_cast<const QtrUnitStd*>(units_[a])) {
+            if (const QtrUnitStd* own = own_[a]) {
                 own->ConvInfosGet(rules);
                 for (const QtrConvInfoBase* rule : rules) Link(a, TargetIndex(rule));
                 continue;
@@ -182,7 +191,7 @@ private:
     // that no rule links have nothing to invert.
     bool AddIdentitiesAndInverses() {
         for (std::size_t i = 0; i + 1 < n_; ++i) {
-            if (!AddSucceeded(RuleAdd(units_[i], NewIdentity(units_[i])))) return false;
+            if (!AddSucceeded(RuleAdd(own_[i], NewIdentity(units_[i])))) return false;
             const auto& linked = links_[i];
             for (auto j = std::upper_bound(linked.begin(), linked.end(), i); j != linked.end(); ++j)
                 if (!AddMissingDirection(i, *j)) return false;
@@ -201,7 +210,7 @@ private:
     // A rule of factor 0 has no inverse; that counts as a failed add.
     bool AddInverse(const QtrConvInfoBase* rule, std::size_t owner) {
         std::unique_ptr<QtrConvInfoStd> inverse(NewInverseOf(rule));
-        return AddSucceeded(inverse ? RuleAdd(units_[owner], std::move(inverse)) : -1);
+        return AddSucceeded(inverse ? RuleAdd(own_[owner], std::move(inverse)) : -1);
     }
 
     static bool AddSucceeded(int added) {
@@ -238,6 +247,9 @@ private:
         for (Part& part : parts_) {
             part.from = BitMatrix(part.members.size());
             part.into = BitMatrix(part.members.size());
+            // Completion links every member to every other member of its part.
+            for (std::size_t member : part.members)
+                if (own_[member]) own_[member]->ConvInfosReserve(part.members.size());
         }
         for (std::size_t a = 0; a < n_; ++a)
             for (std::size_t b : links_[a])
@@ -332,10 +344,10 @@ private:
     // Hands the chain to j and its inverse to i; a refusal is reported and
     // the completion goes on. True when a unit took a rule.
     bool AddChain(std::size_t i, std::size_t k, std::size_t j, DerivedRules& derived) {
-        const std::size_t chainTarget = TargetIndex(derived.chain.get());
-        const std::size_t inverseTarget = TargetIndex(derived.inverse.get());
-        const int addNew = RuleAdd(units_[j], std::move(derived.chain));
-        const int addInv = RuleAdd(units_[i], std::move(derived.inverse));
+        const std::size_t chainTarget = TargetIndex(derived.chain.get(), i);
+        const std::size_t inverseTarget = TargetIndex(derived.inverse.get(), j);
+        const int addNew = RuleAdd(own_[j], std::move(derived.chain));
+        const int addInv = RuleAdd(own_[i], std::move(derived.inverse));
         if (addNew == 1) RuleRecord(j, chainTarget);
         if (addInv == 1) RuleRecord(i, inverseTarget);
         if (addNew < 1 || addInv < 1)
@@ -366,6 +378,7 @@ private:
     }
 
     std::vector<QtrUnitBase*> units_;
+    std::vector<QtrUnitStd*> own_;  // units_ that are of this library, else null
     std::size_t n_;
     std::unordered_map<std::wstring_view, std::size_t> names_;
     std::vector<std::vector<std::size_t>> links_;

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "units/name_hash.h"
+
 namespace quantor::detail {
 
 std::wstring_view RuleTable::KeyAt(std::uint32_t position) const {
@@ -35,10 +37,13 @@ const QtrConvInfoBase* RuleTable::Find(const QtrUnitBase* target, std::wstring_v
     return position == PositionIndex::kNotFound ? nullptr : rules_[position];
 }
 
-bool RuleTable::Insert(const QtrConvInfoBase* rule) {
-    const std::wstring_view key = rule->TrgtUnit()->Name();
-    if (PositionOf(key) != PositionIndex::kNotFound) return false;
-    index_.Append(key, [this](std::uint32_t position) { return KeyAt(position); });
+bool RuleTable::Insert(const QtrConvInfoBase* rule) { return Insert(rule, NameHash(rule->TrgtUnit()->Name())); }
+
+bool RuleTable::Insert(const QtrConvInfoBase* rule, std::uint64_t nameHash) {
+    const QtrUnitBase* target = rule->TrgtUnit();
+    const std::wstring_view key = target->Name();
+    if (Find(target, key, nameHash)) return false;
+    index_.AppendHashed(PositionIndex::Hash(nameHash), [this](std::uint32_t position) { return KeyAt(position); });
     rules_.push_back(rule);
     return true;
 }
@@ -64,6 +69,11 @@ std::vector<const QtrConvInfoBase*> RuleTable::RulesByKey() const {
     sorted.reserve(positions.size());
     for (std::uint32_t position : positions) sorted.push_back(rules_[position]);
     return sorted;
+}
+
+void RuleTable::Reserve(std::size_t count) {
+    rules_.reserve(count);
+    index_.Reserve(count, [this](std::uint32_t position) { return KeyAt(position); });
 }
 
 void RuleTable::Clear() {

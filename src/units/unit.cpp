@@ -74,28 +74,33 @@ const std::wstring& QtrUnitStd::Name() const {
 
 bool QtrUnitStd::IsOwnName(const wchar_t* unitName) const { return unitName && name_ == unitName; }
 
+const QtrUnitStd* QtrUnitStd::NamedUnitStd(const QtrUnitBase& unit) {
+    if (typeid(unit) != typeid(QtrUnitStd)) return nullptr;
+    const auto& own = static_cast<const QtrUnitStd&>(unit);
+    return own.name_.empty() ? nullptr : &own;
+}
+
+const QtrConvInfoBase* QtrUnitStd::RuleTo(const QtrUnitBase& unit) const {
+    if (const QtrUnitStd* own = NamedUnitStd(unit)) return rules_.Find(own, own->name_, own->nameHash_);
+    return rules_.Find(unit.Name());
+}
+
 // A unit given by pointer is converted into by its name, whose length is
 // known, so its text is neither measured nor compared character by character;
 // a named unit of this library brings its name hash as well.
 bool QtrUnitStd::Convert(double& result, const QtrUnitBase* unit, double value) const {
     if (!unit) return Convert(result, NameOf(unit), value);
-    if (typeid(*unit) == typeid(QtrUnitStd)) {
-        const auto& target = static_cast<const QtrUnitStd&>(*unit);
-        if (!target.name_.empty()) return ConvertInto(result, target, value);
-    }
-    return ConvertNamed(result, unit->Name(), value);
-}
-
-bool QtrUnitStd::ConvertInto(double& result, const QtrUnitStd& target, double value) const {
-    if (&target == this || (target.nameHash_ == nameHash_ && target.name_ == name_)) {
+    const QtrUnitStd* own = NamedUnitStd(*unit);
+    if (!own) return ConvertNamed(result, unit->Name(), value);
+    if (own == this || (own->nameHash_ == nameHash_ && own->name_ == name_)) {
         result = value;
         return true;
     }
-    if (const QtrConvInfoBase* rule = rules_.Find(&target, target.name_, target.nameHash_)) {
+    if (const QtrConvInfoBase* rule = RuleTo(*own)) {
         result = rule->Convert(value);
         return true;
     }
-    return NoRuleReported(target.name_, value);
+    return NoRuleReported(own->name_, value);
 }
 
 bool QtrUnitStd::Convert(double& result, const wchar_t* unitName, double value) const {
@@ -130,9 +135,7 @@ std::wstring QtrUnitStd::ConvertOutputGen(const wchar_t* unitName, double value,
     return QtrFormat(FormatStringGen(unitName, preDigits, postDigits).c_str(), converted);
 }
 
-const QtrConvInfoBase* QtrUnitStd::ConvInfo(const QtrUnitBase* unit) const {
-    return unit ? rules_.Find(unit->Name()) : nullptr;
-}
+const QtrConvInfoBase* QtrUnitStd::ConvInfo(const QtrUnitBase* unit) const { return unit ? RuleTo(*unit) : nullptr; }
 
 const QtrConvInfoBase* QtrUnitStd::ConvInfo(const wchar_t* unitName) const {
     return unitName ? rules_.Find(unitName) : nullptr;
@@ -166,9 +169,10 @@ int QtrUnitStd::ConvInfoAdd(const QtrConvInfoBase* rule) {
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrUnitStd::ConvInfoAdd: incompatible conversion-info\n");
         return -1;
     }
-    if (rules_.Insert(rule)) return 1;
+    const QtrUnitStd* target = NamedUnitStd(*rule->TrgtUnit());
+    if (target ? rules_.Insert(rule, target->nameHash_) : rules_.Insert(rule)) return 1;
     // Only an explicit rule displaces a held one, and only a derived one.
-    if (rule->Is_Explicit() && !rules_.Find(rule->TrgtUnit()->Name())->Is_Explicit())
+    if (rule->Is_Explicit() && !RuleTo(*rule->TrgtUnit())->Is_Explicit())
         return ConvInfoReplace(rule->TrgtUnit(), rule) ? 1 : 0;
     return 0;
 }
@@ -187,6 +191,8 @@ bool QtrUnitStd::ConvInfoReplace(const QtrUnitBase* target, const QtrConvInfoBas
     if (held != rule) delete held;
     return true;
 }
+
+void QtrUnitStd::ConvInfosReserve(std::size_t count) { rules_.Reserve(count); }
 
 int QtrUnitStd::ConvInfosGet(std::vector<const QtrConvInfoBase*>& out) const {
     out = rules_.RulesByKey();
