@@ -30,7 +30,6 @@ constexpr int32_t kNamedTypes = static_cast<int32_t>(std::size(kTypeNames));
 constexpr int kMaxPrintIndent = 1000;
 
 std::atomic<uint32_t> gNextIdentity{1};
-thread_local uint64_t tTreeActivity = 0;
 
 bool IsDecimalNumberType(TE_PNodeId id) { return id == ND_FLOAT || id == ND_FLTEXP || id == ND_INT; }
 
@@ -91,13 +90,6 @@ Node* PreOrderFind(Node* root, Visit visit) {
 }
 
 }  // namespace
-
-namespace quantor::detail {
-
-uint64_t TreeActivityCount() { return tTreeActivity; }
-void TreeActivity_Note() { ++tTreeActivity; }
-
-}  // namespace quantor::detail
 
 X_ParsNode::X_ParsNode() : identity_(gNextIdentity++) {}
 

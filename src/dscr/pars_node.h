@@ -180,8 +180,8 @@ namespace quantor::detail {
 // Edits of nodes and error reports about nodes made on this thread so far;
 // the simplifier compares it around a round to see whether the round did
 // anything.
-uint64_t TreeActivityCount();
-void TreeActivity_Note();
+inline uint64_t TreeActivityCount() { return TreeThread().activity; }
+inline void TreeActivity_Note() { ++TreeThread().activity; }
 
 }  // namespace quantor::detail
 

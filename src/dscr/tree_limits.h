@@ -12,6 +12,8 @@
 
 #include <cstdint>
 
+#include "dscr/tree_thread_state.h"
+
 namespace quantor::detail {
 
 // Levels of recursion the simplifier may use: about 270 bytes of stack each
@@ -33,15 +35,8 @@ inline constexpr uint64_t kParseWorkPerByte = 40;
 inline constexpr uint64_t kReportWork = 100;
 inline constexpr uint64_t kNodeCopyWork = 20;
 
-struct TreeLimitState {
-    uint64_t workLeft = UINT64_MAX;  // UINT64_MAX: no allowance installed
-    int nesting = 0;
-    bool nestingExceeded = false;
-};
-
 // This thread's limits.
-inline thread_local TreeLimitState tTreeLimits;
-inline TreeLimitState& TreeLimits() { return tTreeLimits; }
+inline TreeLimitState& TreeLimits() { return TreeThread().limits; }
 
 inline void TreeWork_Charge(uint64_t units) {
     TreeLimitState& limits = TreeLimits();

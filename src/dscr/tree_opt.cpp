@@ -49,21 +49,20 @@ namespace {
 using namespace quantor::detail;
 
 std::atomic<uint64_t> gLastRunNumber{0};
-thread_local uint64_t tRunNumber = 0;
 
 // Gives the running top-level Tree_Opt its own number for the marks, a fresh
 // nesting limit and its share of work.
 class RunScope {
 public:
     RunScope()
-        : previousNumber_(tRunNumber),
+        : previousNumber_(TreeThread().runNumber),
           previousNestingExceeded_(TreeLimits().nestingExceeded),
           allowance_(kFormulaWorkAllowance) {
-        tRunNumber = ++gLastRunNumber;
+        TreeThread().runNumber = ++gLastRunNumber;
         TreeLimits().nestingExceeded = false;
     }
     ~RunScope() {
-        tRunNumber = previousNumber_;
+        TreeThread().runNumber = previousNumber_;
         TreeLimits().nestingExceeded = previousNestingExceeded_;
     }
     RunScope(const RunScope&) = delete;
@@ -96,10 +95,11 @@ RoundCounts Tree_OptRound(X_ParsNode& node, TreeOptimizer optimize) {
 }
 
 int Tree_OptMarked(X_ParsNode& node) {
-    if (node.FixedPointMark() == tRunNumber) return 0;
+    const uint64_t runNumber = TreeThread().runNumber;
+    if (node.FixedPointMark() == runNumber) return 0;
     TreeStep step;
     if (!step.Allowed()) return 0;
-    const int bound = node.Depth() + 1;
+    const int bound = (node.IsLeaf() ? 0 : node.Depth()) + 1;
     int changes = 0;
     int rounds = 0;
     while (rounds <= bound) {
@@ -109,7 +109,7 @@ int Tree_OptMarked(X_ParsNode& node) {
         changes += counts.Changes();
         ++rounds;
         if (counts.AllZero()) {
-            if (TreeActivityCount() == activityBefore) node.SetFixedPointMark(tRunNumber);
+            if (TreeActivityCount() == activityBefore) node.SetFixedPointMark(runNumber);
             return changes;
         }
     }
@@ -119,7 +119,10 @@ int Tree_OptMarked(X_ParsNode& node) {
 
 }  // namespace
 
+// No pass changes or reports a lone leaf (a number or a name), so a formula
+// that is one needs no run at all.
 int X_ParsNode::Tree_Opt() {
+    if (IsLeaf()) return 0;
     const RunScope run;
     const int changes = Tree_OptMarked(*this);
     if (!TreeLimit_Reached()) return changes;

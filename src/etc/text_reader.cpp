@@ -1,6 +1,6 @@
 // The text reader: reads a file's bytes, picks the encoding from its
-// byte-order mark, decodes it into one wide string and splits that into lines
-// on request.
+// byte-order mark, keeps the text as UTF-8 and decodes one line at a time on
+// request, so that a file is never held as wide characters whole.
 #include "etc/text_reader.h"
 
 #include <cstdint>
@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "etc/utf8.h"
 
@@ -71,11 +72,14 @@ std::wstring FromUtf16(std::string_view bytes, bool bigEndian) {
     return out;
 }
 
-std::wstring DecodeText(std::string_view bytes) {
-    if (bytes.starts_with(kUtf8Bom)) return FromUtf8(bytes.substr(kUtf8Bom.size()));
-    if (bytes.starts_with(kUtf16LeBom)) return FromUtf16(bytes.substr(kUtf16LeBom.size()), false);
-    if (bytes.starts_with(kUtf16BeBom)) return FromUtf16(bytes.substr(kUtf16BeBom.size()), true);
-    return FromUtf8(bytes);
+// The text as UTF-8 without a byte-order mark. UTF-16 is decoded whole and
+// encoded again: every code point it decodes to encodes, so each line then
+// decodes to exactly what the UTF-16 text holds.
+std::string Utf8Text(std::string bytes) {
+    if (bytes.starts_with(kUtf8Bom)) return bytes.substr(kUtf8Bom.size());
+    if (bytes.starts_with(kUtf16LeBom)) return ToUtf8(FromUtf16(std::string_view(bytes).substr(kUtf16LeBom.size()), false));
+    if (bytes.starts_with(kUtf16BeBom)) return ToUtf8(FromUtf16(std::string_view(bytes).substr(kUtf16BeBom.size()), true));
+    return bytes;
 }
 
 }  // namespace
@@ -86,7 +90,7 @@ bool TextReader::Open(const std::wstring& path) {
     const std::string systemPath = ToUtf8(path);
     std::optional<std::string> bytes = ReadAllBytes(systemPath);
     if (!bytes) return false;
-    text_ = DecodeText(*bytes);
+    text_ = Utf8Text(std::move(*bytes));
     fullPath_ = ResolvedPath(systemPath);
     open_ = true;
     return true;
@@ -100,12 +104,15 @@ void TextReader::Close() {
     fullPath_.clear();
 }
 
+// A line feed or carriage return byte is never part of a longer UTF-8
+// sequence, so lines split and trimmed as bytes decode as the whole text would.
 bool TextReader::ReadLine(std::wstring& line) {
     if (AtEnd()) return false;
-    std::size_t end = text_.find(L'\n', next_);
-    if (end == std::wstring::npos) end = text_.size();
-    line.assign(text_, next_, end - next_);
-    if (!line.empty() && line.back() == L'\r') line.pop_back();
+    std::size_t end = text_.find('\n', next_);
+    if (end == std::string::npos) end = text_.size();
+    std::string_view bytes = std::string_view(text_).substr(next_, end - next_);
+    if (bytes.ends_with('\r')) bytes.remove_suffix(1);
+    FromUtf8Into(bytes, line);
     next_ = end + 1;
     return true;
 }

@@ -1,6 +1,7 @@
-// Reads a text file line by line as wide strings. The whole file is read and
-// decoded when it is opened: UTF-8 (with or without a byte-order mark), or
-// UTF-16 little- or big-endian behind its byte-order mark. Lines end at a line
+// Reads a text file line by line as wide strings. The whole file is read when
+// it is opened, and each line is decoded when it is handed out: UTF-8 (with or
+// without a byte-order mark), or UTF-16 little- or big-endian behind its
+// byte-order mark, which is turned into UTF-8 at the opening. Lines end at a line
 // feed; a carriage return before it (or at the end of the last line) is
 // dropped. Bytes that do not decode become U+FFFD. The description-file
 // scanner and the translation-dictionary reader both read through it.
@@ -8,6 +9,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace quantor::detail {
 
@@ -29,7 +31,7 @@ public:
 
 private:
     bool open_ = false;
-    std::wstring text_;
+    std::string text_;  // UTF-8 without a byte-order mark
     std::size_t next_ = 0;
     std::wstring fullPath_;
 };

@@ -49,13 +49,21 @@ std::string ToUtf8(std::wstring_view text) {
 
 std::wstring FromUtf8(std::string_view bytes) {
     std::wstring out;
-    out.reserve(bytes.size());
+    FromUtf8Into(bytes, out);
+    return out;
+}
+
+// Never more code points than bytes: the text is written into room made
+// ahead and cut to its length at the end.
+void FromUtf8Into(std::string_view bytes, std::wstring& out) {
+    out.resize(bytes.size());
+    size_t written = 0;
     size_t i = 0;
     while (i < bytes.size()) {
         const auto lead = static_cast<uint8_t>(bytes[i]);
         const size_t len = SequenceLength(lead);
         if (len == 1) {
-            out += static_cast<wchar_t>(lead);
+            out[written++] = static_cast<wchar_t>(lead);
             ++i;
             continue;
         }
@@ -69,14 +77,14 @@ std::wstring FromUtf8(std::string_view bytes) {
         // Reject overlong forms and surrogates so every code point has one encoding.
         const char32_t minimum = len == 2 ? 0x80 : len == 3 ? 0x800 : 0x10000;
         if (!ok || cp < minimum || !IsEncodable(cp)) {
-            out += static_cast<wchar_t>(kReplacement);
+            out[written++] = static_cast<wchar_t>(kReplacement);
             ++i;
             continue;
         }
-        out += static_cast<wchar_t>(cp);
+        out[written++] = static_cast<wchar_t>(cp);
         i += len;
     }
-    return out;
+    out.resize(written);
 }
 
 }  // namespace quantor::detail

@@ -11,5 +11,7 @@ namespace quantor::detail {
 std::string ToUtf8(std::wstring_view text);
 // Malformed byte sequences are decoded as U+FFFD, one per offending byte.
 std::wstring FromUtf8(std::string_view bytes);
+// FromUtf8 into `out`, whose room is kept for the next text.
+void FromUtf8Into(std::string_view bytes, std::wstring& out);
 
 }  // namespace quantor::detail

@@ -17,6 +17,10 @@ namespace {
 // answers like an unknown name.
 const wchar_t* NameOf(const QtrUnitBase* unit) { return unit ? unit->Name().c_str() : nullptr; }
 
+// Whether two names are the same text; the very same string needs no
+// comparing, as when a rule leads from the unit itself within its category.
+bool SameText(const std::wstring& a, const std::wstring& b) { return &a == &b || a == b; }
+
 // Reports why `rule` cannot belong to the unit `name` of `category`.
 bool IsCompatibleRule(const std::wstring& name, const QtrCategoryBase* category, const QtrConvInfoBase* rule) {
     const QtrUnitBase* source = rule ? rule->SrcUnit() : nullptr;
@@ -25,7 +29,7 @@ bool IsCompatibleRule(const std::wstring& name, const QtrCategoryBase* category,
         Error_Report(kSrcUnitsStd, __LINE__, L"Unit_IsCompatible_ConvInfo: incomplete conv-info, pSrc or pTrgt == NULL\n");
         return false;
     }
-    if (source->Name() != name) {
+    if (!SameText(source->Name(), name)) {
         Error_Report(kSrcUnitsStd, __LINE__, L"Unit_IsCompatible_ConvInfo: \"%s\" != \"%s\"\n", name, source->Name());
         return false;
     }
@@ -34,7 +38,7 @@ bool IsCompatibleRule(const std::wstring& name, const QtrCategoryBase* category,
         Error_Report(kSrcUnitsStd, __LINE__, L"Unit_IsCompatible_ConvInfo: category missing\n");
         return false;
     }
-    if (category->Name() != targetCategory->Name()) {
+    if (!SameText(category->Name(), targetCategory->Name())) {
         Error_Report(kSrcUnitsStd, __LINE__, L"Unit_IsCompatible_ConvInfo: \"%s\" != \"%s\"\n", category->Name(),
                      targetCategory->Name());
         return false;
@@ -52,7 +56,10 @@ bool NoRuleReported(const Name& name, double value) {
 
 // Only rules of this library are owned and freed by a unit; rules of other
 // implementations are left to whoever made them.
-void DeleteIfOwned(const QtrConvInfoBase* rule) { delete dynamic_cast<const QtrConvInfoStd*>(rule); }
+void DeleteIfOwned(const QtrConvInfoBase* rule) {
+    if (rule && typeid(*rule) == typeid(QtrConvInfoStd)) delete static_cast<const QtrConvInfoStd*>(rule);
+    else delete dynamic_cast<const QtrConvInfoStd*>(rule);
+}
 
 }  // namespace
 
