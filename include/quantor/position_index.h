@@ -49,7 +49,7 @@ public:
     template <class NameAt>
     void AppendHashed(std::uint32_t hash, const NameAt& nameAt) {
         if (!slots_.empty() || count_ + 1 > kScanLimit) {
-            TableBuild(count_ + 1, nameAt);
+            if (!HasRoomFor(count_ + 1)) TableBuild(count_ + 1, nameAt);
             SlotFill(hash, count_);
         }
         ++count_;
@@ -89,6 +89,8 @@ private:
     static std::uint32_t HashOf(std::uint64_t slot) { return static_cast<std::uint32_t>(slot >> 32); }
     static std::uint32_t PositionOf(std::uint64_t slot) { return static_cast<std::uint32_t>(slot) - 1; }
     std::size_t Mask() const { return slots_.size() - 1; }
+    // Whether the table holds `count` positions at most three quarters full.
+    bool HasRoomFor(std::size_t count) const { return !slots_.empty() && count * 4 <= slots_.size() * 3; }
 
     // Gives the table room for `count` positions and indexes the positions
     // held so far, reading their names only when there was no table yet.

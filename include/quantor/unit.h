@@ -43,6 +43,8 @@ public:
     // Makes room for `count` rules in all; completion knows how many a unit
     // will hold.
     void ConvInfosReserve(std::size_t count);
+    // Every rule in the order it was added, without a copy.
+    const std::vector<const QtrConvInfoBase*>& ConvInfosHeld() const { return rules_.Rules(); }
     // Every rule in ascending order of target name; answers how many.
     int ConvInfosGet(std::vector<const QtrConvInfoBase*>& out) const;
     // Writes "\tunit <name>;\n"; to the trace when `file` is null.

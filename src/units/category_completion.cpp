@@ -138,17 +138,29 @@ private:
     }
 
     // The unit a rule leads to, as an index, or kNone for a unit outside.
-    // The names are indexed on first use: units without rules need none.
-    // Names are unique within a category, so the unit at `expected`, when it
-    // is the target itself, is the answer without a name lookup.
+    // Names are unique within a category, so a target that is one of the
+    // units itself (the unit at `expected`, usually) is found by its address;
+    // only another unit is looked up by name. Both indexes are made on first
+    // use: units without rules need neither.
     std::size_t TargetIndex(const QtrConvInfoBase* rule, std::size_t expected = kNone) {
         const QtrUnitBase* target = rule ? rule->TrgtUnit() : nullptr;
         if (!target) return kNone;
         if (expected != kNone && units_[expected] == target) return expected;
+        if (const std::size_t at = IndexByAddress(target); at != kNone) return at;
         if (names_.empty())
             for (std::size_t i = 0; i < n_; ++i) names_.try_emplace(units_[i]->Name(), i);
         const auto found = names_.find(target->Name());
         return found == names_.end() ? kNone : found->second;
+    }
+
+    std::size_t IndexByAddress(const QtrUnitBase* unit) {
+        if (byAddress_.empty()) {
+            byAddress_.reserve(n_);
+            for (std::size_t i = 0; i < n_; ++i) byAddress_.emplace_back(units_[i], i);
+            std::sort(byAddress_.begin(), byAddress_.end());
+        }
+        const auto found = std::lower_bound(byAddress_.begin(), byAddress_.end(), std::pair(unit, std::size_t{0}));
+        return found != byAddress_.end() && found->first == unit ? found->second : kNone;
     }
 
     void Link(std::size_t a, std::size_t b) {
@@ -165,11 +177,9 @@ private:
         std::size_t firstForeign = n_;
         for (std::size_t i = 0; i + 1 < n_ && firstForeign == n_; ++i)
             if (!own_[i]) firstForeign = i;
-        std::vector<const QtrConvInfoBase*> rules;
         for (std::size_t a = 0; a < n_; ++a) {
             if (const QtrUnitStd* own = own_[a]) {
-                own->ConvInfosGet(rules);
-                for (const QtrConvInfoBase* rule : rules) Link(a, TargetIndex(rule));
+                for (const QtrConvInfoBase* rule : own->ConvInfosHeld()) Link(a, TargetIndex(rule));
                 continue;
             }
             for (std::size_t b = 0; b < std::min(firstForeign, n_); ++b)
@@ -380,6 +390,7 @@ private:
     std::vector<QtrUnitBase*> units_;
     std::vector<QtrUnitStd*> own_;  // units_ that are of this library, else null
     std::size_t n_;
+    std::vector<std::pair<const QtrUnitBase*, std::size_t>> byAddress_;  // sorted by address
     std::unordered_map<std::wstring_view, std::size_t> names_;
     std::vector<std::vector<std::size_t>> links_;
     std::vector<Part> parts_;
