@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # The benchmark command: builds the benchmarks in Release (build/bench), runs
-# every bench program and the command-line comparisons once, and prints one
-# table in which each Quantor figure stands beside the same work done by a
-# peer: UDUNITS-2 (libudunits2-dev) for the library, GNU units for the
+# every bench program (each benchmark several times, interleaved with the
+# others) and the command-line comparisons, and prints one table from that run
+# in which each Quantor figure stands beside the same work done by a peer: UDUNITS-2 (libudunits2-dev) for the library, GNU units for the
 # command. Installs what it lacks (Debian, apt-get). The raw results stay in
 # build/bench/results: one Google Benchmark JSON file per program, one
 # hyperfine JSON file per command-line row.
 #   QUANTOR_BENCH_LIMIT  seconds a long ("Large") benchmark may take (default 300)
+#   QUANTOR_BENCH_REPETITIONS  runs of each other benchmark, interleaved (default 5)
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -17,6 +18,7 @@ readonly BUILD=$ROOT/build/bench
 readonly RESULTS=$BUILD/results
 readonly JOBS=${QUANTOR_JOBS:-$(nproc)}
 readonly LIMIT=${QUANTOR_BENCH_LIMIT:-300}
+readonly REPETITIONS=${QUANTOR_BENCH_REPETITIONS:-5}
 readonly LINES=100000
 
 ensure_packages cmake ninja-build g++ bison libbenchmark-dev pkg-config libudunits2-dev units hyperfine
@@ -38,8 +40,9 @@ run_bench() {
     local program=$1 name large
     name=$(basename "$program")
     log "running $name"
-    "$program" --benchmark_filter=-Large --benchmark_format=json --benchmark_out="$RESULTS/$name.json" \
-        --benchmark_out_format=json >/dev/null
+    "$program" --benchmark_filter=-Large --benchmark_repetitions="$REPETITIONS" \
+        --benchmark_enable_random_interleaving=true --benchmark_format=json \
+        --benchmark_out="$RESULTS/$name.json" --benchmark_out_format=json >/dev/null
     while read -r large; do
         [[ -n $large ]] || continue
         if ! timeout "$LIMIT" "$program" --benchmark_filter="^${large}\$" --benchmark_format=json \
