@@ -62,6 +62,7 @@ private:
     static const QtrUnitStd* NamedUnitStd(const QtrUnitBase& unit);
     // The rule kept under the name of `unit`, or null.
     const QtrConvInfoBase* RuleTo(const QtrUnitBase& unit) const;
+    const QtrConvInfoBase* RuleTo(const QtrUnitStd& unit) const;
 
     std::wstring name_;
     // The model name hash of name_, which never changes.

@@ -87,9 +87,13 @@ const QtrUnitStd* QtrUnitStd::NamedUnitStd(const QtrUnitBase& unit) {
     return own.name_.empty() ? nullptr : &own;
 }
 
+const QtrConvInfoBase* QtrUnitStd::RuleTo(const QtrUnitStd& unit) const {
+    return rules_.Find(&unit, unit.name_, unit.nameHash_);
+}
+
 const QtrConvInfoBase* QtrUnitStd::RuleTo(const QtrUnitBase& unit) const {
-    if (const QtrUnitStd* own = NamedUnitStd(unit)) return rules_.Find(own, own->name_, own->nameHash_);
-    return rules_.Find(unit.Name());
+    const QtrUnitStd* own = NamedUnitStd(unit);
+    return own ? RuleTo(*own) : rules_.Find(unit.Name());
 }
 
 // A unit given by pointer is converted into by its name, whose length is
