@@ -3,9 +3,9 @@
 // every rule it is given against its own name and category.
 #include "quantor/unit.h"
 
-#include "etc/diag_log.h"
 #include <typeinfo>
 
+#include "etc/diag_log.h"
 #include "quantor/convinfo.h"
 #include "units/name_hash.h"
 #include "units/number_format.h"
