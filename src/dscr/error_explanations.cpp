@@ -38,6 +38,10 @@ constexpr Explanation kExplanations[] = {
                                                L"non-zero number, plus or minus one number, as in 'convert degF <- "
                                                L"degC * 1.8 + 32'. Rewrite it in that form."},
     {L"X_ParsNode::Tree_Opt:", kRewriteFormula},
+    {L"Tree_ExprElim: cannot delete subexprs", L"Parts of this formula cancel each other out, so that the source "
+                                               L"unit drops out of it, as with a factor of 0 or 'm - m'. Write the "
+                                               L"source unit times or divided by one non-zero number, plus or "
+                                               L"minus one number, as in 'convert degF <- degC * 1.8 + 32'."},
     {L"Tree_ExprElim:", kRewriteFormula},
     {L"X_ParsNode::Inv_NodeId()", kRewriteFormula},
     {L"X_ParsNode::SubExpr_Del(", kRewriteFormula},
@@ -47,6 +51,12 @@ constexpr Explanation kExplanations[] = {
 };
 
 }  // namespace
+
+std::wstring MissingOperand_Explain() {
+    return L"An operand is missing here: a sign or an operator has no number or unit beside it, as in '--3' or "
+           L"'m * ;', and the value read just before would stand in for it. Write the number or unit that belongs "
+           L"here, as in 'format -3, 3' or 'convert km <- m / 1000'.";
+}
 
 std::wstring ParseError_Explain(const wchar_t* format) {
     const std::wstring_view message = format ? format : L"";

@@ -7,3 +7,5 @@
 
 // The explanation of the parser error whose message format is `format`.
 std::wstring ParseError_Explain(const wchar_t* format);
+// The explanation of an error in a formula that lacks an operand.
+std::wstring MissingOperand_Explain();

@@ -51,6 +51,24 @@ void ParseError_Position(const X_ParsNode* node, int32_t& line, int32_t& column)
     column = last.column;
 }
 
+void ParseError_WriteAtNode(const X_ParsNode* node, const wchar_t* format, const std::wstring& text,
+                            const std::wstring& explanation) {
+    int32_t line = 0;
+    int32_t column = 0;
+    ParseError_Position(node, line, column);
+    X_ParseFindings& findings = ParseState_Current().findings;
+    const X_Token& statement = findings.Statement();
+    const bool inStatement = line > statement.line || (line == statement.line && column >= statement.column);
+    int32_t missingLine = 0;
+    int32_t missingColumn = 0;
+    if (!inStatement || !findings.MissingOperand(missingLine, missingColumn)) {
+        ParseError_WriteAt(line, column, format, text, explanation);
+        return;
+    }
+    ParseError_Trace(line, column, text);
+    if (findings.IsCollecting()) findings.AddError(missingLine, missingColumn, MissingOperand_Explain(), text);
+}
+
 void ParseError_ReportFinal(const X_ParsNode* node, const wchar_t* message, const std::wstring& explanation) {
     ParseError_Count(true);
     int32_t line = 0;

@@ -75,14 +75,19 @@ void ParseError_Report(const wchar_t* format, const Args&... args) {
     ParseError_WriteAt(last.line, last.column, format, ParseError_Text(format, args...));
 }
 
+// Writes a node-form report: the trace line at ParseError_Position. The
+// finding stands there too, with `explanation` (or the one of `format`),
+// unless the node belongs to a statement that misses an operand: then the
+// finding names that, at the place where the operand is missing, since it is
+// what the author has to mend.
+void ParseError_WriteAtNode(const X_ParsNode* node, const wchar_t* format, const std::wstring& text,
+                            const std::wstring& explanation = std::wstring());
+
 // Node form: positioned at the earliest token of `node` (may be null).
 template <class... Args>
 void ParseError_ReportAt(const X_ParsNode* node, const wchar_t* format, const Args&... args) {
     if (!ParseError_Count()) return;
-    int32_t line = 0;
-    int32_t column = 0;
-    ParseError_Position(node, line, column);
-    ParseError_WriteAt(line, column, format, ParseError_Text(format, args...));
+    ParseError_WriteAtNode(node, format, ParseError_Text(format, args...));
 }
 
 // Node form with the author's explanation given by the caller.
@@ -90,10 +95,7 @@ template <class... Args>
 void ParseError_ExplainAt(const X_ParsNode* node, const std::wstring& explanation, const wchar_t* format,
                           const Args&... args) {
     if (!ParseError_Count()) return;
-    int32_t line = 0;
-    int32_t column = 0;
-    ParseError_Position(node, line, column);
-    ParseError_WriteAt(line, column, format, ParseError_Text(format, args...), explanation);
+    ParseError_WriteAtNode(node, format, ParseError_Text(format, args...), explanation);
 }
 
 // An error that ends the parse (a syntax error, a full stack, an expression

@@ -12,6 +12,20 @@ void X_ParseFindings::CollectInto(QtrDiagnostics* records, std::wstring file) {
 void X_ParseFindings::StatementBegin(const X_Token& first) {
     statement_ = first;
     statementHasError_ = false;
+    missingLine_ = 0;
+}
+
+void X_ParseFindings::MissingOperandNote(int line, int column) {
+    if (missingLine_ > 0 || line < 1) return;
+    missingLine_ = line;
+    missingColumn_ = column;
+}
+
+bool X_ParseFindings::MissingOperand(int& line, int& column) const {
+    if (missingLine_ < 1) return false;
+    line = missingLine_;
+    column = missingColumn_;
+    return true;
 }
 
 bool X_ParseFindings::ErrorAdmit() {

@@ -29,6 +29,14 @@ public:
     // one is, later ones are not. Before any statement every error is.
     bool ErrorAdmit();
 
+    // Notes that an operand of the current statement is missing before the
+    // token at `line` and `column`; the first such place of a statement is
+    // kept. An empty operand reads as a copy of the value before it, so an
+    // error that the statement's formula then meets is best explained by it.
+    void MissingOperandNote(int line, int column);
+    // Whether the current statement misses an operand, and where.
+    bool MissingOperand(int& line, int& column) const;
+
     // Adds a record at a 1-based line and a 0-based column. A position before
     // the first line (a node built without a token) stands for the current
     // statement's first token.
@@ -47,4 +55,6 @@ private:
     std::wstring file_;
     X_Token statement_;
     bool statementHasError_ = false;
+    int missingLine_ = 0;  // 0: no operand of the statement is missing
+    int missingColumn_ = 0;
 };

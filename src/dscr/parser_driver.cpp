@@ -96,8 +96,10 @@ bool X_DscrParse::Formula(X_Expr& result, X_Expr target, X_Expr source) {
 }
 
 // Once the file's work allowance is spent nothing is copied: every formula
-// from then on is reported as too complex by the simplifier anyway.
+// from then on is reported as too complex by the simplifier anyway. The
+// operand is missing just before the token the parser looks at.
 X_Expr X_DscrParse::EmptyOperand() {
+    errors.findings.MissingOperandNote(errors.lastToken.line, errors.lastToken.column);
     if (!lastReduction_.node || TreeWork_Exhausted()) return Record(nullptr, -1, 0);
     const X_Expr last = lastReduction_;
     return Record(std::make_unique<X_ParsNode>(*last.node), last.depth, last.nodes);

@@ -70,7 +70,7 @@ X_PlacedText SyntaxError_Explain(const X_SyntaxError& error) {
         return {error.precedingLine, error.precedingEnd,
                 QtrFormat(L"Expected %s at the end of this line, but the next line begins with %s (line %d).",
                           expected, found, error.found.line)};
-    return {error.found.line, error.found.column, L"Unexpected " + found + L"; expected " + expected + L" here."};
+    return {error.found.line, error.found.column, L"Found " + found + L" where " + expected + L" was expected."};
 }
 
 X_PlacedText ScanFault_Explain(const X_ScanFault& fault) {

@@ -39,13 +39,13 @@ protected:
 TEST_F(Diagnostics, SyntaxErrorsNameWhatWasFoundAndExpected) {
     const struct { std::string text; Messages findings; } rows[] = {
         {"category A { unit m = 1; }",
-         {L"1:21 E Unexpected '='; expected ',' or ';' here. | parse error\n"}},
+         {L"1:21 E Found '=' where ',' or ';' was expected. | parse error\n"}},
         {"category A {\n  unit m, km\n  convert km <- m * 1000;\n}",
          {L"2:13 E Expected ',' or ';' at the end of this line, but the next line begins with 'convert' (line 3). "
           L"| parse error\n"}},
         {"category A { unit [m]; }",
-         {L"1:19 E Unexpected the bracketed text [m] (names are quoted with \"); expected a name or a quoted name "
-          L"here. | parse error\n"}},
+         {L"1:19 E Found the bracketed text [m] (names are quoted with \") where a name or a quoted name was "
+          L"expected. | parse error\n"}},
         {"", {L"1:1 E Unexpected end of file: the file holds no category. A description file needs at least one "
               L"block such as 'category Length { unit m; }'. | parse error\n"}},
         {"// only a comment\n\n", {L"1:1 E Unexpected end of file: the file holds no category. A description file "
@@ -96,6 +96,12 @@ TEST_F(Diagnostics, StatementErrorsAreExplained) {
          {L"5:11 E The formula must be the source unit times or divided by one non-zero number, plus or minus one "
           L"number, as in 'convert degF <- degC * 1.8 + 32'. Rewrite it in that form. | Conv_GetFromRight(): error "
           L"in formula\n"}},
+        // A sign run in a format clause misses an operand; the error stands at
+        // the gap, not at what the parser read in its place.
+        {"  convert m <- km / 1000 format --3, 3;\n", false,
+         {L"5:34 E An operand is missing here: a sign or an operator has no number or unit beside it, as in '--3' "
+          L"or 'm * ;', and the value read just before would stand in for it. Write the number or unit that "
+          L"belongs here, as in 'format -3, 3' or 'convert km <- m / 1000'. | no constant expression\n"}},
         {"  convert m <- km / 0;\n", false,
          {L"5:21 E This expression divides by zero. Use a divisor other than zero. | X_ParsNode::Tree_ConstCalc: "
           L"div by zero!!!\n"}},
