@@ -10,7 +10,6 @@
 #include <iostream>
 #include <latch>
 #include <map>
-#include <optional>
 #include <stdexcept>
 #include <thread>
 
@@ -282,32 +281,6 @@ TEST(TranslationDictionary, MissingFileOrLineWithoutTabReadsNothing) {
     for (const fs::path& path : {folder.path / "names.rlg", folder.path / "missing.rlg"})
         EXPECT_FALSE(dictionary.RLGFileRead(Wide(path).c_str(), false)) << path;
     EXPECT_EQ(dictionary.StringTranslate(L"m"), L"m");
-}
-
-// The answer of `settings`, or none when they fail and leave the value alone.
-std::optional<QtrVariant> Ask(const std::unique_ptr<QtrSettings>& settings, const SettingsKey& key) {
-    QtrVariant value{0, L"untouched", -1};
-    if (settings->SettingsGetValue(key.first, key.second, QTR_VT_I4, value, 3) == 0) return value;
-    EXPECT_EQ(value.str, L"untouched");
-    return std::nullopt;
-}
-
-TEST(EnvironmentSettings, AnswerTheirThreeKeysAndNoOther) {
-    setenv("QUANTOR_UNITS_DIR", "/opt/catalogue", 1);
-    setenv("QUANTOR_CURRENCY_MODE", "99", 1);
-    setenv("QUANTOR_LANGUAGE_ID", "-1031", 1);
-    const auto settings = quantor::detail::SettingsCreate();
-    const auto folder = Ask(settings, kFolderKey), mode = Ask(settings, kModeKey);
-    ASSERT_TRUE(folder && mode);
-    EXPECT_EQ(std::tie(folder->type, folder->str), std::make_tuple(QTR_VT_BSTR, std::wstring(L"/opt/catalogue")));
-    EXPECT_EQ(std::tie(mode->type, mode->i4), std::make_tuple(QTR_VT_I4, 99));
-    EXPECT_EQ(Ask(settings, {L"common", L"languageid"}).value_or(QtrVariant{}).i4, -1031);
-    EXPECT_FALSE(Ask(settings, {L"common", L"mode"}));
-    for (const char* malformed : {"", "12abc", " 7", "0x10", "99999999999"}) {
-        setenv("QUANTOR_CURRENCY_MODE", malformed, 1);
-        EXPECT_FALSE(Ask(settings, kModeKey)) << malformed;
-    }
-    for (const char* name : {"QUANTOR_UNITS_DIR", "QUANTOR_CURRENCY_MODE", "QUANTOR_LANGUAGE_ID"}) unsetenv(name);
 }
 
 }  // namespace
