@@ -18,7 +18,6 @@
 
 #include "etc/utf8.h"
 #include "quantor/functions.h"
-#include "quantor/settings.h"
 #include "support/catalogue.h"
 #include "support/scratch_folder.h"
 #include "support/sink_capture.h"
@@ -26,64 +25,31 @@
 
 namespace {
 
-namespace fs = std::filesystem;
-
-void FileWrite(const fs::path& path, const std::string& utf8) { std::ofstream(path, std::ios::binary) << utf8; }
-
-// Answers only the description-file folder, so bare language-file names are
-// found there; puts the previous settings back afterwards.
-class FolderSettings : public QtrSettings {
-public:
-    explicit FolderSettings(std::wstring folder) : folder_(std::move(folder)) {}
-    int32_t SettingsGetValue(const std::wstring& section, const std::wstring& key, uint16_t, QtrVariant& value,
-                             int32_t) override {
-        if (section != L"unitsandcurrencies" || key != L"curr_dscr_filepath") return 1;
-        value = {QTR_VT_BSTR, folder_, 0};
-        return 0;
-    }
-    int32_t SettingsPrepare(int32_t) override { return 0; }
-
-private:
-    std::wstring folder_;
-};
-
 // A catalogue with names that differ only in case (Mm, mm; mW, MW), Greek and
 // Latin-1 letters, and German (0407) and English language files.
 class NameResolution : public ::testing::Test {
 protected:
+    // Bare language-file names are found in the scratch folder.
     void SetUp() override {
-        const std::wstring folder = quantor::detail::FromUtf8(scratch.path.string());
-        previous = QtrSetSettingsFactory([folder] { return std::make_unique<FolderSettings>(folder); });
+        setenv("QUANTOR_UNITS_DIR", scratch.path.c_str(), 1);
         length = CategoryAdd(admin, L"Length", {L"m", L"km", L"mm", L"Mm", L"ft", L"in"});
         CategoryAdd(admin, L"Power", {L"W", L"mW", L"MW"});
         CategoryAdd(admin, L"Temperature", {L"degC", L"K"});
         CategoryAdd(admin, L"Time", {L"s", L"min", L"h", L"\u00B5s"});
         CategoryAdd(admin, L"Angle", {L"gon", L"rad"});
         CategoryAdd(admin, L"Resistance", {L"Ω", L"kΩ"});
-        Write("UnitSynonyms0407.rlg",
-              "# Deutsch\n"
-              "Meter\tm\n"
-              "Grad\tdegC\n"
-              "Achtel\tfurlong\n"
-              "Stunde\th\n");
-        Write("UnitSynonyms0409.rlg",
-              "# English\n\n"
-              "metre\tm\nmetres\tm\nkilometre\tkm\n"
-              "Grad\tgon\n"
-              "Achtel\tkm\n"
-              "km\tm\n"
-              "distance\tLength\n"
-              "hour\th\n");
+        Write("UnitSynonyms0407.rlg", "# Deutsch\nMeter\tm\nGrad\tdegC\nAchtel\tfurlong\nStunde\th\n");
+        Write("UnitSynonyms0409.rlg", "# English\n\nmetre\tm\nmetres\tm\nkilometre\tkm\nGrad\tgon\nAchtel\tkm\nkm\tm\n"
+                                      "distance\tLength\nhour\th\n");
         Write("UnitAbbrevNames0407.rlg", "ft\tFuß\ndegC\t°C\nh\tStd\ns\tSek\nmin\tSek\nin\tZoll\n");
         ASSERT_TRUE(german.emplace(admin).LanguageLoad(0x0407));
     }
-    void TearDown() override { QtrSetSettingsFactory(std::move(previous)); }
+    void TearDown() override { unsetenv("QUANTOR_UNITS_DIR"); }
 
-    void Write(const char* name, const std::string& utf8) { FileWrite(scratch.path / name, utf8); }
+    void Write(const char* name, const std::string& utf8) { std::ofstream(scratch.path / name, std::ios::binary) << utf8; }
     const QtrUnitBase* Unit(const wchar_t* name) const { return admin.Unit(name); }
 
     ScratchFolder scratch;
-    QtrSettingsFactory previous;
     QtrAdminStd admin;
     const QtrCategoryStd* length = nullptr;
     std::optional<QtrNameResolver> german;
@@ -94,16 +60,13 @@ using Expected = std::tuple<const wchar_t*, const wchar_t*, QtrNameMatch>;
 // Typed name, the unit it names (null: none), and how it was found.
 TEST_F(NameResolution, EachStageFindsItsNamesInOrder) {
     const Expected cases[] = {
-        {L"km", L"km", QtrNameMatch::Exact},
-        {L"Meter", L"m", QtrNameMatch::Synonym},
+        {L"km", L"km", QtrNameMatch::Exact},           {L"Meter", L"m", QtrNameMatch::Synonym},
         {L"metre", L"m", QtrNameMatch::Synonym},       // English fallback
         {L"Fuß", L"ft", QtrNameMatch::DisplayName},    // display names read backwards
-        {L"°C", L"degC", QtrNameMatch::DisplayName},
-        {L"KM", L"km", QtrNameMatch::CaseInsensitive},
+        {L"°C", L"degC", QtrNameMatch::DisplayName},   {L"KM", L"km", QtrNameMatch::CaseInsensitive},
         {L"METRES", L"m", QtrNameMatch::CaseInsensitive},  // a folded synonym
         {L"FUSS", nullptr, QtrNameMatch::None},            // ß does not fold to "ss"
-        {L"FUß", L"ft", QtrNameMatch::CaseInsensitive},
-        {L"zoll", L"in", QtrNameMatch::CaseInsensitive},
+        {L"FUß", L"ft", QtrNameMatch::CaseInsensitive},   {L"zoll", L"in", QtrNameMatch::CaseInsensitive},
         {L"ω", L"Ω", QtrNameMatch::CaseInsensitive},       // Greek
         {L"\u2126", L"Ω", QtrNameMatch::CaseInsensitive},  // the Ohm sign
         {L"KΩ", L"kΩ", QtrNameMatch::CaseInsensitive},
@@ -112,8 +75,7 @@ TEST_F(NameResolution, EachStageFindsItsNamesInOrder) {
         {L"mw", nullptr, QtrNameMatch::None},              // mW or MW
         {L"Sek", nullptr, QtrNameMatch::None},             // the display name of s and of min
         {L"Achtel", L"km", QtrNameMatch::Synonym},         // the German line names no unit
-        {L"furlong", nullptr, QtrNameMatch::None},
-        {L"", nullptr, QtrNameMatch::None},
+        {L"furlong", nullptr, QtrNameMatch::None},      {L"", nullptr, QtrNameMatch::None},
         {L"m ", nullptr, QtrNameMatch::None},
     };
     for (const auto& [typed, unitName, match] : cases) {
