@@ -247,41 +247,33 @@ protected:
     }
 };
 
-TEST_F(ShippedNameFiles, EveryUnitAndCategoryHasADisplayNameInEachLanguage) {
+// Each language's display names cover every unit and category once; a
+// synonym names one existing unit or category, is no other unit's name, and
+// means in every language what it means in English.
+TEST_F(ShippedNameFiles, DisplayNamesCoverEveryUnitAndSynonymsNameOneUnitOrCategory) {
     const std::set<std::wstring> names = Names();
+    std::map<std::wstring, std::wstring> english;
     for (const char* language : kLanguages) {
-        const std::string file = std::string("UnitAbbrevNames") + language + ".rlg";
-        SCOPED_TRACE(file);
-        XLMTranslDict dictionary;
-        EXPECT_TRUE(dictionary.RLGFileRead(Wide(kFolder + file).c_str(), false));
+        SCOPED_TRACE(language);
+        for (const char* kind : {"UnitAbbrevNames", "UnitSynonyms"}) {
+            XLMTranslDict dictionary;
+            EXPECT_TRUE(dictionary.RLGFileRead(Wide(kFolder + kind + language + ".rlg").c_str(), false)) << kind;
+        }
         std::map<std::wstring, std::wstring> shown;
-        for (const auto& [name, text] : NameFileLines(file)) {
+        for (const auto& [name, text] : NameFileLines(std::string("UnitAbbrevNames") + language + ".rlg")) {
             EXPECT_FALSE(text.empty()) << quantor::detail::ToUtf8(name);
             EXPECT_TRUE(shown.emplace(name, text).second) << "twice: " << quantor::detail::ToUtf8(name);
             EXPECT_TRUE(names.count(name)) << "no such unit: " << quantor::detail::ToUtf8(name);
         }
         for (const std::wstring& name : names) EXPECT_TRUE(shown.count(name)) << quantor::detail::ToUtf8(name);
-    }
-}
-
-// A synonym names one existing unit or category, is no other unit's name, and
-// means in every language what it means in English.
-TEST_F(ShippedNameFiles, EverySynonymNamesOneUnitOrCategory) {
-    const std::set<std::wstring> names = Names();
-    std::map<std::wstring, std::wstring> english;
-    for (const char* language : kLanguages) {
-        const std::string file = std::string("UnitSynonyms") + language + ".rlg";
-        SCOPED_TRACE(file);
-        XLMTranslDict dictionary;
-        EXPECT_TRUE(dictionary.RLGFileRead(Wide(kFolder + file).c_str(), false));
         std::map<std::wstring, std::wstring> meaning;
-        for (const auto& [synonym, name] : NameFileLines(file)) {
-            const std::string shown = quantor::detail::ToUtf8(synonym);
-            EXPECT_TRUE(names.count(name)) << shown << " names nothing: " << quantor::detail::ToUtf8(name);
-            EXPECT_FALSE(names.count(synonym)) << shown << " is itself a name";
-            EXPECT_TRUE(meaning.emplace(synonym, name).second) << shown << " twice";
+        for (const auto& [synonym, name] : NameFileLines(std::string("UnitSynonyms") + language + ".rlg")) {
+            const std::string typed = quantor::detail::ToUtf8(synonym);
+            EXPECT_TRUE(names.count(name)) << typed << " names nothing: " << quantor::detail::ToUtf8(name);
+            EXPECT_FALSE(names.count(synonym)) << typed << " is itself a name";
+            EXPECT_TRUE(meaning.emplace(synonym, name).second) << typed << " twice";
             if (english.count(synonym)) {
-                EXPECT_EQ(english[synonym], name) << shown;
+                EXPECT_EQ(english[synonym], name) << typed;
             }
         }
         if (english.empty()) english = meaning;
