@@ -90,7 +90,10 @@ protected:
 };
 const QtrAdminDscr* ShippedCatalogue::admin_ = nullptr;
 
-TEST(ShippedCatalogueFiles, EveryRegionModeLoadsWithoutAMessageOrFinding) {
+// Every region mode loads without a message or finding, and a name found
+// through the administration is the unit of the category that declares it:
+// no unit hides behind another of the same name or a category.
+TEST(ShippedCatalogueFiles, EveryRegionModeLoadsCleanlyAndEveryNameMeansOneUnit) {
     for (const char* region : kRegionFiles) {
         SCOPED_TRACE(region);
         const LogCapture log;
@@ -103,22 +106,14 @@ TEST(ShippedCatalogueFiles, EveryRegionModeLoadsWithoutAMessageOrFinding) {
         std::vector<std::wstring> categories;
         admin->CategNames(categories);
         EXPECT_GE(categories.size(), 46u);
-        EXPECT_GE(Units(*admin).size(), 600u + 25u);  // units besides the common currencies
         for (const std::wstring& name : categories) {
             const QtrCategoryBase* category = admin->Category(name.c_str());
             EXPECT_NE(category->DefaultInternUnitGet(), nullptr) << name;
             EXPECT_NE(category->DefaultSurfaceUnitGet(), nullptr) << name;
         }
-    }
-}
-
-// A name found through the administration is the unit of the category that
-// declares it: no unit hides behind another of the same name or a category.
-TEST(ShippedCatalogueFiles, EveryNameMeansOneUnit) {
-    for (const char* region : kRegionFiles) {
-        SCOPED_TRACE(region);
-        const auto admin = Load(region);
-        for (const auto& [name, category] : Units(*admin)) {
+        const auto units = Units(*admin);
+        EXPECT_GE(units.size(), 600u + 25u);  // units besides the common currencies
+        for (const auto& [name, category] : units) {
             const QtrUnitBase* unit = admin->Unit(name.c_str());
             ASSERT_NE(unit, nullptr) << quantor::detail::ToUtf8(name);
             EXPECT_EQ(unit->Category(), category) << quantor::detail::ToUtf8(name);
@@ -183,65 +178,24 @@ struct ExactCase {
 
 // Units defined exactly convert exactly, to the last bit.
 const ExactCase kExact[] = {
-    {L"in", L"m", 1, 0.0254},
-    {L"ft", L"m", 1, 0.3048},
-    {L"yd", L"m", 1, 0.9144},
-    {L"mi", L"m", 1, 1609.344},
-    {L"nmi", L"m", 1, 1852},
-    {L"km", L"m", 2.5, 2500},
-    {L"mm", L"m", 1, 0.001},
-    {L"m", L"mm", 1, 1000},
-    {L"lb", L"kg", 1, 0.45359237},
-    {L"oz", L"kg", 1, 0.028349523125},
-    {L"t", L"kg", 1, 1000},
-    {L"gn", L"m_s2", 1, 9.80665},
-    {L"kgf", L"N", 1, 9.80665},
-    {L"lbf", L"N", 1, 4.4482216152605},
-    {L"cal", L"J", 1, 4.184},
-    {L"kcal", L"J", 1, 4184},
-    {L"calIT", L"J", 1, 4.1868},
-    {L"BTU", L"J", 1, 1055.05585262},
-    {L"kWh", L"J", 1, 3.6e6},
-    {L"eV", L"J", 1, 1.602176634e-19},
-    {L"mmHg", L"Pa", 1, 133.322387415},
-    {L"inHg", L"mmHg", 1, 25.4},
-    {L"atm", L"Pa", 1, 101325},
-    {L"bar", L"Pa", 1, 100000},
-    {L"gal", L"m3", 1, 0.003785411784},
-    {L"galUK", L"m3", 1, 0.00454609},
-    {L"acre", L"m2", 1, 4046.8564224},
-    {L"h", L"s", 1, 3600},
-    {L"d", L"s", 1, 86400},
-    {L"Ah", L"C", 1, 3600},
-    {L"mAh", L"C", 1, 3.6},
-    {L"B", L"bit", 1, 8},
-    {L"KiB", L"B", 1, 1024},
-    {L"GiB", L"B", 1, 1073741824},
-    {L"MiB", L"KiB", 1, 1024},
-    {L"kB", L"bit", 1, 8000},
-    {L"degC", L"K", 100, 373.15},
-    {L"degF", L"degC", 212, 100},
-    {L"degF", L"degC", 32, 0},
-    {L"degF", L"degC", -40, -40},
-    {L"degRe", L"degC", 80, 100},
-    {L"EUR", L"ATS", 1, 13.7603},
-    {L"EUR", L"BEF", 1, 40.3399},
-    {L"EUR", L"CYP", 1, 0.585274},
-    {L"EUR", L"DEM", 1, 1.95583},
-    {L"EUR", L"EEK", 1, 15.6466},
-    {L"EUR", L"ESP", 1, 166.386},
-    {L"EUR", L"FIM", 1, 5.94573},
-    {L"EUR", L"FRF", 1, 6.55957},
-    {L"EUR", L"GRD", 1, 340.750},
-    {L"EUR", L"HRK", 1, 7.53450},
-    {L"EUR", L"IEP", 1, 0.787564},
-    {L"EUR", L"LTL", 1, 3.45280},
-    {L"EUR", L"LUF", 1, 40.3399},
-    {L"EUR", L"LVL", 1, 0.702804},
-    {L"EUR", L"MTL", 1, 0.429300},
-    {L"EUR", L"NLG", 1, 2.20371},
-    {L"EUR", L"PTE", 1, 200.482},
-    {L"EUR", L"SKK", 1, 30.1260},
+    {L"in", L"m", 1, 0.0254}, {L"ft", L"m", 1, 0.3048}, {L"yd", L"m", 1, 0.9144}, {L"mi", L"m", 1, 1609.344},
+    {L"nmi", L"m", 1, 1852}, {L"km", L"m", 2.5, 2500}, {L"mm", L"m", 1, 0.001}, {L"m", L"mm", 1, 1000},
+    {L"lb", L"kg", 1, 0.45359237}, {L"oz", L"kg", 1, 0.028349523125}, {L"t", L"kg", 1, 1000},
+    {L"gn", L"m_s2", 1, 9.80665}, {L"kgf", L"N", 1, 9.80665}, {L"lbf", L"N", 1, 4.4482216152605},
+    {L"cal", L"J", 1, 4.184}, {L"kcal", L"J", 1, 4184}, {L"calIT", L"J", 1, 4.1868}, {L"BTU", L"J", 1, 1055.05585262},
+    {L"kWh", L"J", 1, 3.6e6}, {L"eV", L"J", 1, 1.602176634e-19}, {L"mmHg", L"Pa", 1, 133.322387415},
+    {L"inHg", L"mmHg", 1, 25.4}, {L"atm", L"Pa", 1, 101325}, {L"bar", L"Pa", 1, 100000},
+    {L"gal", L"m3", 1, 0.003785411784}, {L"galUK", L"m3", 1, 0.00454609}, {L"acre", L"m2", 1, 4046.8564224},
+    {L"h", L"s", 1, 3600}, {L"d", L"s", 1, 86400}, {L"Ah", L"C", 1, 3600}, {L"mAh", L"C", 1, 3.6},
+    {L"B", L"bit", 1, 8}, {L"KiB", L"B", 1, 1024}, {L"GiB", L"B", 1, 1073741824}, {L"MiB", L"KiB", 1, 1024},
+    {L"kB", L"bit", 1, 8000}, {L"degC", L"K", 100, 373.15}, {L"degF", L"degC", 212, 100}, {L"degF", L"degC", 32, 0},
+    {L"degF", L"degC", -40, -40}, {L"degRe", L"degC", 80, 100}, {L"EUR", L"ATS", 1, 13.7603},
+    {L"EUR", L"BEF", 1, 40.3399}, {L"EUR", L"CYP", 1, 0.585274}, {L"EUR", L"DEM", 1, 1.95583},
+    {L"EUR", L"EEK", 1, 15.6466}, {L"EUR", L"ESP", 1, 166.386}, {L"EUR", L"FIM", 1, 5.94573},
+    {L"EUR", L"FRF", 1, 6.55957}, {L"EUR", L"GRD", 1, 340.750}, {L"EUR", L"HRK", 1, 7.53450},
+    {L"EUR", L"IEP", 1, 0.787564}, {L"EUR", L"LTL", 1, 3.45280}, {L"EUR", L"LUF", 1, 40.3399},
+    {L"EUR", L"LVL", 1, 0.702804}, {L"EUR", L"MTL", 1, 0.429300}, {L"EUR", L"NLG", 1, 2.20371},
+    {L"EUR", L"PTE", 1, 200.482}, {L"EUR", L"SKK", 1, 30.1260},
 };
 
 // Where a rule is the inverse of the rule that states the definition, the
@@ -293,41 +247,33 @@ protected:
     }
 };
 
-TEST_F(ShippedNameFiles, EveryUnitAndCategoryHasADisplayNameInEachLanguage) {
+// Each language's display names cover every unit and category once; a
+// synonym names one existing unit or category, is no other unit's name, and
+// means in every language what it means in English.
+TEST_F(ShippedNameFiles, DisplayNamesCoverEveryUnitAndSynonymsNameOneUnitOrCategory) {
     const std::set<std::wstring> names = Names();
+    std::map<std::wstring, std::wstring> english;
     for (const char* language : kLanguages) {
-        const std::string file = std::string("UnitAbbrevNames") + language + ".rlg";
-        SCOPED_TRACE(file);
-        XLMTranslDict dictionary;
-        EXPECT_TRUE(dictionary.RLGFileRead(Wide(kFolder + file).c_str(), false));
+        SCOPED_TRACE(language);
+        for (const char* kind : {"UnitAbbrevNames", "UnitSynonyms"}) {
+            XLMTranslDict dictionary;
+            EXPECT_TRUE(dictionary.RLGFileRead(Wide(kFolder + kind + language + ".rlg").c_str(), false)) << kind;
+        }
         std::map<std::wstring, std::wstring> shown;
-        for (const auto& [name, text] : NameFileLines(file)) {
+        for (const auto& [name, text] : NameFileLines(std::string("UnitAbbrevNames") + language + ".rlg")) {
             EXPECT_FALSE(text.empty()) << quantor::detail::ToUtf8(name);
             EXPECT_TRUE(shown.emplace(name, text).second) << "twice: " << quantor::detail::ToUtf8(name);
             EXPECT_TRUE(names.count(name)) << "no such unit: " << quantor::detail::ToUtf8(name);
         }
         for (const std::wstring& name : names) EXPECT_TRUE(shown.count(name)) << quantor::detail::ToUtf8(name);
-    }
-}
-
-// A synonym names one existing unit or category, is no other unit's name, and
-// means in every language what it means in English.
-TEST_F(ShippedNameFiles, EverySynonymNamesOneUnitOrCategory) {
-    const std::set<std::wstring> names = Names();
-    std::map<std::wstring, std::wstring> english;
-    for (const char* language : kLanguages) {
-        const std::string file = std::string("UnitSynonyms") + language + ".rlg";
-        SCOPED_TRACE(file);
-        XLMTranslDict dictionary;
-        EXPECT_TRUE(dictionary.RLGFileRead(Wide(kFolder + file).c_str(), false));
         std::map<std::wstring, std::wstring> meaning;
-        for (const auto& [synonym, name] : NameFileLines(file)) {
-            const std::string shown = quantor::detail::ToUtf8(synonym);
-            EXPECT_TRUE(names.count(name)) << shown << " names nothing: " << quantor::detail::ToUtf8(name);
-            EXPECT_FALSE(names.count(synonym)) << shown << " is itself a name";
-            EXPECT_TRUE(meaning.emplace(synonym, name).second) << shown << " twice";
+        for (const auto& [synonym, name] : NameFileLines(std::string("UnitSynonyms") + language + ".rlg")) {
+            const std::string typed = quantor::detail::ToUtf8(synonym);
+            EXPECT_TRUE(names.count(name)) << typed << " names nothing: " << quantor::detail::ToUtf8(name);
+            EXPECT_FALSE(names.count(synonym)) << typed << " is itself a name";
+            EXPECT_TRUE(meaning.emplace(synonym, name).second) << typed << " twice";
             if (english.count(synonym)) {
-                EXPECT_EQ(english[synonym], name) << shown;
+                EXPECT_EQ(english[synonym], name) << typed;
             }
         }
         if (english.empty()) english = meaning;

@@ -124,9 +124,7 @@ TEST_F(Diagnostics, StatementErrorsAreExplained) {
 
 TEST_F(Diagnostics, LimitsAreExplained) {
     const std::string head = "category A { unit m, k;\n convert k <- ";
-    std::string deep = head + "1";
-    for (int i = 0; i < 1001; ++i) deep += " + 1";
-    EXPECT_EQ(Findings(deep + "; }", false),
+    EXPECT_EQ(Findings(head + "1" + Repeated(" + 1", 1001) + "; }", false),
               Messages{L"2:15 E This expression is too long or nested too deeply (over 1000 levels or 10000 parts). "
                        L"Write it shorter, without runs of signs or parentheses. | expression too deep\n"});
     EXPECT_EQ(Findings("category A { unit m: " + std::string(10000, '(') + " }", false),

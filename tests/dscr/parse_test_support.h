@@ -18,6 +18,13 @@
 
 using Messages = std::vector<std::wstring>;
 
+// `text` written `count` times in a row.
+inline std::string Repeated(const std::string& text, int count) {
+    std::string result;
+    for (int i = 0; i < count; ++i) result += text;
+    return result;
+}
+
 class ParseTest : public testing::Test {
 protected:
     // Writes `text` (UTF-8) to the scratch file `name`; answers its path.

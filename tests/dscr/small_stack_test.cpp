@@ -41,12 +41,6 @@ void OnSmallStack(const std::function<void()>& work) {
     pthread_attr_destroy(&attributes);
 }
 
-std::string Repeated(const std::string& text, int count) {
-    std::string result;
-    for (int i = 0; i < count; ++i) result += text;
-    return result;
-}
-
 // A balanced sum of 2^levels operands.
 std::string BalancedSum(int levels) {
     return levels == 0 ? "m" : "(" + BalancedSum(levels - 1) + " + " + BalancedSum(levels - 1) + ")";

@@ -7,7 +7,6 @@
 
 #include <cstdio>
 #include <fstream>
-#include <initializer_list>
 #include <iterator>
 #include <regex>
 #include <string>
@@ -16,30 +15,23 @@
 
 #include "quantor/category.h"
 #include "quantor/unit.h"
+#include "support/catalogue.h"
 #include "support/rules.h"
 #include "support/sink_capture.h"
 
 namespace {
-
-// A category with the given units, built before it is handed to `admin`.
-QtrCategoryStd* AddCategory(QtrAdminStd& admin, const wchar_t* name, std::initializer_list<const wchar_t*> units) {
-    auto* category = new QtrCategoryStd(name, nullptr);
-    for (const wchar_t* unit : units) EXPECT_EQ(category->UnitAdd(new QtrUnitStd(category, unit)), 1);
-    EXPECT_TRUE(admin.Categ_Add(category));
-    return category;
-}
 
 // Names of both cases, a unit named like its category, one unit name in two
 // categories, and a category named like an earlier unit, which is not
 // indexed, nor are its units.
 TEST(FastFind, TellsCategoriesFromUnitsCaseSensitivelyAndTheFirstNameWinsEveryClash) {
     QtrAdminStd admin;
-    const QtrCategoryStd* lower = AddCategory(admin, L"length", {L"mm"});
-    const QtrCategoryStd* upper = AddCategory(admin, L"Length", {L"Mm"});
-    const QtrCategoryStd* gauge = AddCategory(admin, L"gauge", {L"gauge", L"mil"});
-    const QtrCategoryStd* angle = AddCategory(admin, L"angle", {L"min", L"ft"});
-    AddCategory(admin, L"time", {L"s", L"min"});
-    AddCategory(admin, L"ft", {L"foot"});
+    const QtrCategoryStd* lower = CategoryAdd(admin, L"length", {L"mm"});
+    const QtrCategoryStd* upper = CategoryAdd(admin, L"Length", {L"Mm"});
+    const QtrCategoryStd* gauge = CategoryAdd(admin, L"gauge", {L"gauge", L"mil"});
+    const QtrCategoryStd* angle = CategoryAdd(admin, L"angle", {L"min", L"ft"});
+    CategoryAdd(admin, L"time", {L"s", L"min"});
+    CategoryAdd(admin, L"ft", {L"foot"});
     // The name, the category indexed under it, and the category of the unit indexed under it.
     const std::tuple<const wchar_t*, const QtrCategoryBase*, const QtrCategoryBase*> cases[] = {
         {L"length", lower, nullptr}, {L"Length", upper, nullptr}, {L"mm", nullptr, lower}, {L"Mm", nullptr, upper},

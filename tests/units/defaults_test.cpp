@@ -10,7 +10,6 @@
 #include <iostream>
 #include <latch>
 #include <map>
-#include <optional>
 #include <stdexcept>
 #include <thread>
 
@@ -162,15 +161,19 @@ TEST(DefaultAdministration, WithoutSettingsBothStayEmptyUntilThereAreSome) {
     });
 }
 
+// Threads whose first calls come at once share one administration and one
+// dictionary, each loaded once.
 TEST(DefaultsThreads, ManyThreadsBuildTheDefaultsOnceAndShareThem) {
     ExpectPassesInFreshProcess([] {
         SettingsInstall({{kFolderKey, kCatalogueFolder}, {{L"common", L"languageid"}, Number(1031)}});
         std::latch start(8);
         std::atomic<int> wrong{0};
+        std::vector<const QtrAdminStd*> seen(8);
         std::vector<std::thread> threads;
         for (int t = 0; t < 8; ++t)
-            threads.emplace_back([&] {
+            threads.emplace_back([&, t] {
                 start.arrive_and_wait();
+                seen[t] = QtrAdminStd::QtrAdminDefault();
                 for (int i = 0; i < 1000; ++i) {
                     double result = 0.0;
                     wrong += !(FootTranslated() == L"Fu\u00df" && UnitConvert(result, L"m", i, L"km") &&
@@ -179,6 +182,8 @@ TEST(DefaultsThreads, ManyThreadsBuildTheDefaultsOnceAndShareThem) {
             });
         for (std::thread& thread : threads) thread.join();
         EXPECT_EQ(wrong, 0);
+        for (const QtrAdminStd* admin : seen) EXPECT_EQ(admin, seen[0]);
+        EXPECT_EQ(Categories(seen[0]), kBase);
         EXPECT_EQ(settingsCreated, 3);  // once for the administration, twice for the dictionary (language, file)
     });
 }
@@ -208,24 +213,6 @@ TEST(DefaultsThreads, FirstCallsWithoutThenWithSettingsSeeOnlyWholeAdministratio
         for (std::thread& thread : threads) thread.join();
         EXPECT_EQ(wrong, 0);
         EXPECT_EQ(Categories(full), kBase);
-    });
-}
-
-TEST(DefaultsThreads, ConcurrentFirstCallsWithSettingsShareOneLoad) {
-    ExpectPassesInFreshProcess([] {
-        SettingsInstall({{kFolderKey, kCatalogueFolder}});
-        std::latch start(8);
-        std::vector<const QtrAdminStd*> seen(8);
-        std::vector<std::thread> threads;
-        for (int t = 0; t < 8; ++t)
-            threads.emplace_back([&, t] {
-                start.arrive_and_wait();
-                seen[t] = QtrAdminStd::QtrAdminDefault();
-            });
-        for (std::thread& thread : threads) thread.join();
-        for (const QtrAdminStd* admin : seen) EXPECT_EQ(admin, seen[0]);
-        EXPECT_EQ(Categories(seen[0]), kBase);
-        EXPECT_EQ(settingsCreated, 1);
     });
 }
 
@@ -294,32 +281,6 @@ TEST(TranslationDictionary, MissingFileOrLineWithoutTabReadsNothing) {
     for (const fs::path& path : {folder.path / "names.rlg", folder.path / "missing.rlg"})
         EXPECT_FALSE(dictionary.RLGFileRead(Wide(path).c_str(), false)) << path;
     EXPECT_EQ(dictionary.StringTranslate(L"m"), L"m");
-}
-
-// The answer of `settings`, or none when they fail and leave the value alone.
-std::optional<QtrVariant> Ask(const std::unique_ptr<QtrSettings>& settings, const SettingsKey& key) {
-    QtrVariant value{0, L"untouched", -1};
-    if (settings->SettingsGetValue(key.first, key.second, QTR_VT_I4, value, 3) == 0) return value;
-    EXPECT_EQ(value.str, L"untouched");
-    return std::nullopt;
-}
-
-TEST(EnvironmentSettings, AnswerTheirThreeKeysAndNoOther) {
-    setenv("QUANTOR_UNITS_DIR", "/opt/catalogue", 1);
-    setenv("QUANTOR_CURRENCY_MODE", "99", 1);
-    setenv("QUANTOR_LANGUAGE_ID", "-1031", 1);
-    const auto settings = quantor::detail::SettingsCreate();
-    const auto folder = Ask(settings, kFolderKey), mode = Ask(settings, kModeKey);
-    ASSERT_TRUE(folder && mode);
-    EXPECT_EQ(std::tie(folder->type, folder->str), std::make_tuple(QTR_VT_BSTR, std::wstring(L"/opt/catalogue")));
-    EXPECT_EQ(std::tie(mode->type, mode->i4), std::make_tuple(QTR_VT_I4, 99));
-    EXPECT_EQ(Ask(settings, {L"common", L"languageid"}).value_or(QtrVariant{}).i4, -1031);
-    EXPECT_FALSE(Ask(settings, {L"common", L"mode"}));
-    for (const char* malformed : {"", "12abc", " 7", "0x10", "99999999999"}) {
-        setenv("QUANTOR_CURRENCY_MODE", malformed, 1);
-        EXPECT_FALSE(Ask(settings, kModeKey)) << malformed;
-    }
-    for (const char* name : {"QUANTOR_UNITS_DIR", "QUANTOR_CURRENCY_MODE", "QUANTOR_LANGUAGE_ID"}) unsetenv(name);
 }
 
 }  // namespace

@@ -1,10 +1,12 @@
 // Language codes and currency-region names: the readers that take a name or
-// a number, and the environment settings that accept both and report a value
-// they cannot read once, however often they are asked.
+// a number, and the environment settings, which answer only their three keys,
+// accept names and numbers and report a value they cannot read once, however
+// often they are asked.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <optional>
+#include <tuple>
 
 #include "quantor/setting_names.h"
 #include "support/sink_capture.h"
@@ -25,62 +27,67 @@ std::optional<int32_t> Language(const wchar_t* text) { return ReadWith(QtrLangua
 std::optional<int32_t> Region(const wchar_t* text) { return ReadWith(QtrCurrencyModeRead, text); }
 
 TEST(SettingNames, LanguagesByCodeOrByIdWrittenInHexadecimalOrDecimal) {
-    EXPECT_EQ(Language(L"en"), 0x0409);
-    EXPECT_EQ(Language(L"DE"), 0x0407);
-    EXPECT_EQ(Language(L"fr"), 0x040c);
-    EXPECT_EQ(Language(L"es"), 0x0c0a);
-    EXPECT_EQ(Language(L"0407"), 0x0407) << "a leading zero means hexadecimal";
-    EXPECT_EQ(Language(L"0x0407"), 0x0407);
-    EXPECT_EQ(Language(L"0c0a"), 0x0c0a);
-    EXPECT_EQ(Language(L"1031"), 1031);
-    EXPECT_EQ(Language(L"-1031"), -1031);
+    // A leading zero means hexadecimal.
+    const std::pair<const wchar_t*, int32_t> cases[] = {
+        {L"en", 0x0409},     {L"DE", 0x0407},   {L"fr", 0x040c},   {L"es", 0x0c0a},    {L"0407", 0x0407},
+        {L"0x0407", 0x0407}, {L"0c0a", 0x0c0a}, {L"1031", 1031},   {L"-1031", -1031}};
+    for (const auto& [text, id] : cases) EXPECT_EQ(Language(text), id) << text;
     for (const wchar_t* bad : {L"", L"german", L"0x", L"0x-1", L"12abc", L" 1031", L"0407 ", L"d\u00e9"})
         EXPECT_EQ(Language(bad), std::nullopt) << bad;
     EXPECT_EQ(Language(nullptr), std::nullopt);
 }
 
 TEST(SettingNames, RegionsByNameOrDecimalMode) {
-    EXPECT_EQ(Region(L"common"), 1);
-    EXPECT_EQ(Region(L"America"), 4);
-    EXPECT_EQ(Region(L"middle-east"), 6);
-    EXPECT_EQ(Region(L"customized"), 99);
-    EXPECT_EQ(Region(L"7"), 7) << "an unnamed mode stays a number";
+    // An unnamed mode stays a number.
+    const std::pair<const wchar_t*, int32_t> cases[] = {
+        {L"common", 1}, {L"America", 4}, {L"middle-east", 6}, {L"customized", 99}, {L"7", 7}};
+    for (const auto& [text, mode] : cases) EXPECT_EQ(Region(text), mode) << text;
     for (const wchar_t* bad : {L"", L"europe", L"0x10", L"4 ", L"99999999999"}) EXPECT_EQ(Region(bad), std::nullopt) << bad;
     for (const QtrSettingName& region : QtrCurrencyRegionNames()) EXPECT_EQ(Region(region.name), region.value);
 }
 
-int32_t AskLanguage(QtrSettings& settings, int32_t& code) {
-    QtrVariant value{QTR_VT_I4, L"", 1033};
-    code = settings.SettingsGetValue(L"common", L"languageid", QTR_VT_I4, value, 0);
-    return value.i4;
+using SettingsKey = std::pair<std::wstring, std::wstring>;
+
+// The answer of `settings`, or none when they fail and leave the value alone.
+std::optional<QtrVariant> Ask(QtrSettings& settings, const SettingsKey& key) {
+    QtrVariant value{0, L"untouched", -1};
+    if (settings.SettingsGetValue(key.first, key.second, QTR_VT_I4, value, 3) == 0) return value;
+    EXPECT_EQ(std::tie(value.str, value.i4), std::make_tuple(std::wstring(L"untouched"), -1));
+    return std::nullopt;
 }
 
-TEST(EnvironmentSettingNames, AcceptNamesAndReportAnUnreadableValueOnce) {
+// The folder, the currency mode and the language, by name or by number; no
+// other key. An unreadable language is reported once, however often asked.
+TEST(EnvironmentSettings, AnswerTheirThreeKeysByNameOrNumberAndReportAnUnreadableValueOnce) {
+    const SettingsKey folderKey = {L"unitsandcurrencies", L"curr_dscr_filepath"},
+                      modeKey = {L"unitsandcurrencies", L"mode"}, languageKey = {L"common", L"languageid"};
+    setenv("QUANTOR_UNITS_DIR", "/opt/catalogue", 1);
+    setenv("QUANTOR_CURRENCY_MODE", "99", 1);
+    setenv("QUANTOR_LANGUAGE_ID", "-1031", 1);
     const auto settings = quantor::detail::SettingsCreate();
     ASSERT_TRUE(settings);
-    int32_t code = -1;
-    setenv("QUANTOR_LANGUAGE_ID", "de", 1);
-    EXPECT_EQ(AskLanguage(*settings, code), 0x0407);
-    EXPECT_EQ(code, 0);
-    setenv("QUANTOR_LANGUAGE_ID", "0407", 1);
-    EXPECT_EQ(AskLanguage(*settings, code), 0x0407);
-
+    const auto folder = Ask(*settings, folderKey), mode = Ask(*settings, modeKey);
+    ASSERT_TRUE(folder && mode);
+    EXPECT_EQ(std::tie(folder->type, folder->str), std::make_tuple(QTR_VT_BSTR, std::wstring(L"/opt/catalogue")));
+    EXPECT_EQ(std::tie(mode->type, mode->i4), std::make_tuple(QTR_VT_I4, 99));
+    EXPECT_EQ(Ask(*settings, languageKey).value_or(QtrVariant{}).i4, -1031);
+    EXPECT_FALSE(Ask(*settings, {L"common", L"mode"}));
+    for (const char* malformed : {"", "12abc", " 7", "0x10", "99999999999"}) {
+        setenv("QUANTOR_CURRENCY_MODE", malformed, 1);
+        EXPECT_FALSE(Ask(*settings, modeKey)) << malformed;
+    }
     setenv("QUANTOR_CURRENCY_MODE", "america", 1);
-    QtrVariant mode{QTR_VT_I4, L"", 1};
-    EXPECT_EQ(settings->SettingsGetValue(L"unitsandcurrencies", L"mode", QTR_VT_I4, mode, 0), 0);
-    EXPECT_EQ(mode.i4, 4);
+    EXPECT_EQ(Ask(*settings, modeKey).value_or(QtrVariant{}).i4, 4);
+    setenv("QUANTOR_LANGUAGE_ID", "de", 1);
+    EXPECT_EQ(Ask(*settings, languageKey).value_or(QtrVariant{}).i4, 0x0407);
 
     LogCapture log;
     setenv("QUANTOR_LANGUAGE_ID", "klingon", 1);
-    for (int ask = 0; ask < 3; ++ask) {
-        EXPECT_EQ(AskLanguage(*settings, code), 1033) << "the default stays";
-        EXPECT_NE(code, 0);
-    }
+    for (int ask = 0; ask < 3; ++ask) EXPECT_FALSE(Ask(*settings, languageKey));
     ASSERT_EQ(log.Messages().size(), 1u);
     EXPECT_EQ(log.Messages()[0],
               L"QUANTOR_LANGUAGE_ID=\"klingon\" is neither a known name nor a number; the setting is ignored\n");
-    unsetenv("QUANTOR_LANGUAGE_ID");
-    unsetenv("QUANTOR_CURRENCY_MODE");
+    for (const char* name : {"QUANTOR_UNITS_DIR", "QUANTOR_CURRENCY_MODE", "QUANTOR_LANGUAGE_ID"}) unsetenv(name);
 }
 
 }  // namespace
