@@ -14,6 +14,7 @@ with the median of its runs.
 """
 import json
 import pathlib
+import statistics
 import sys
 
 results = pathlib.Path(sys.argv[1])
@@ -31,12 +32,15 @@ for path in sorted(results.glob("*.json")):
         held = benchmarks.get(entry["name"])
         if held is None or entry[key] < held[key]:
             benchmarks[entry["name"]] = entry
+# Command-line rows: the run times of each row, pooled over the rounds
+# ("name.1.json", "name.2.json", ...) in which it was timed.
 commands = {}
 for path in sorted((results / "cli").glob("*.json")):
     try:
-        commands[path.stem] = json.loads(path.read_text())["results"][0]
+        times = json.loads(path.read_text())["results"][0]["times"]
     except (ValueError, KeyError, IndexError):
         continue
+    commands.setdefault(path.stem.split(".")[0], []).extend(times)
 used = set()
 
 UNIT_NS = {"ns": 1.0, "us": 1e3, "ms": 1e6, "s": 1e9}
@@ -62,8 +66,8 @@ def counter(name, key):
 
 
 def command_s(name):
-    entry = commands.get(name)
-    return entry and entry["median"]
+    times = commands.get(name)
+    return times and statistics.median(times)
 
 
 def duration(ns):

@@ -7,7 +7,7 @@
 # build/bench/results: one Google Benchmark JSON file per program, one
 # hyperfine JSON file per command-line row.
 #   QUANTOR_BENCH_LIMIT  seconds a long ("Large") benchmark may take (default 300)
-#   QUANTOR_BENCH_REPETITIONS  runs of each other benchmark, interleaved (default 5)
+#   QUANTOR_BENCH_REPETITIONS  runs of each other benchmark, interleaved (default 10)
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -18,7 +18,8 @@ readonly BUILD=$ROOT/build/bench
 readonly RESULTS=$BUILD/results
 readonly JOBS=${QUANTOR_JOBS:-$(nproc)}
 readonly LIMIT=${QUANTOR_BENCH_LIMIT:-300}
-readonly REPETITIONS=${QUANTOR_BENCH_REPETITIONS:-5}
+readonly REPETITIONS=${QUANTOR_BENCH_REPETITIONS:-10}
+readonly ROUNDS=5
 readonly LINES=100000
 
 ensure_packages cmake ninja-build g++ bison libbenchmark-dev pkg-config libudunits2-dev units hyperfine
@@ -63,15 +64,25 @@ hyperfine_json() {
     hyperfine --style none --warmup 3 --export-json "$RESULTS/cli/$name.json" "$@" >/dev/null
 }
 
+# Times a process row and its peer (when the peer can run) in alternating
+# rounds of 10 runs each, so that a slow spell of a shared machine falls on
+# both alike; the report pools the rounds of each.
+hyperfine_rounds() {
+    local name=$1 command=$2 peer=$3 peer_command=$4 peer_runs=$5 round
+    for ((round = 1; round <= ROUNDS; ++round)); do
+        hyperfine_json "$name.$round" -N --runs 10 "$command"
+        if [[ $peer_runs == yes ]]; then hyperfine_json "$peer.$round" -N --runs 10 "$peer_command"; fi
+    done
+}
+
 log "timing fresh processes"
-hyperfine_json load_quantor -N --min-runs 30 "$BUILD/bench/quantor_load_once"
-if [[ -x $BUILD/bench/udunits2_load_once ]]; then
-    hyperfine_json load_udunits2 -N --min-runs 30 "$BUILD/bench/udunits2_load_once"
-fi
-hyperfine_json one_quantor -N --min-runs 30 "$QUANTOR convert 2.5 km m"
-if command -v units >/dev/null; then
-    hyperfine_json one_units -N --min-runs 30 "units -t '2.5 km' m"
-fi
+udunits2_runs=no
+[[ -x $BUILD/bench/udunits2_load_once ]] && udunits2_runs=yes
+hyperfine_rounds load_quantor "$BUILD/bench/quantor_load_once" load_udunits2 "$BUILD/bench/udunits2_load_once" \
+    "$udunits2_runs"
+units_runs=no
+command -v units >/dev/null && units_runs=yes
+hyperfine_rounds one_quantor "$QUANTOR convert 2.5 km m" one_units "units -t '2.5 km' m" "$units_runs"
 
 # The batch rows: the same conversions for both commands, each pair checked
 # with both first, written as "VALUE FROM TO" for quantor and as alternating
