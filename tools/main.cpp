@@ -119,7 +119,6 @@ int UsageError(const Invocation& invocation, const std::string& message) {
 }  // namespace quantor_cli
 
 int main(int argc, char** argv) {
-    quantor_cli::TextEncodingSet();
     const int status = quantor_cli::Run(argc, argv);
     quantor_cli::Out().Flush();
     return status;

@@ -1,53 +1,17 @@
-// UTF-8 conversion through the C library's multibyte functions in the
-// C.UTF-8 character type, and strict locale-free number reading and
-// writing through <charconv>.
+// UTF-8 conversion as the library does it, whatever the process locale, and
+// strict locale-free number reading and writing through <charconv>.
 #include "text.h"
 
 #include <charconv>
-#include <climits>
-#include <clocale>
 #include <cmath>
-#include <cwchar>
+
+#include <quantor/utf8.h>
 
 namespace quantor_cli {
 
-void TextEncodingSet() { std::setlocale(LC_CTYPE, "C.UTF-8"); }
+std::string Utf8(std::wstring_view text) { return QtrToUtf8(text); }
 
-std::string Utf8(std::wstring_view text) {
-    std::string out;
-    out.reserve(text.size());
-    std::mbstate_t state{};
-    char bytes[MB_LEN_MAX];
-    for (const wchar_t c : text) {
-        const size_t length = std::wcrtomb(bytes, c, &state);
-        if (length == static_cast<size_t>(-1)) {
-            out.push_back('?');
-            state = {};
-            continue;
-        }
-        out.append(bytes, length);
-    }
-    return out;
-}
-
-std::wstring Wide(std::string_view text) {
-    std::wstring out;
-    out.reserve(text.size());
-    std::mbstate_t state{};
-    while (!text.empty()) {
-        wchar_t c = 0;
-        const size_t length = std::mbrtowc(&c, text.data(), text.size(), &state);
-        if (length == static_cast<size_t>(-1) || length == static_cast<size_t>(-2)) {
-            out.push_back(L'\uFFFD');  // a byte that is not UTF-8
-            state = {};
-            text.remove_prefix(1);
-            continue;
-        }
-        out.push_back(c);
-        text.remove_prefix(length == 0 ? 1 : length);
-    }
-    return out;
-}
+std::wstring Wide(std::string_view text) { return QtrFromUtf8(text); }
 
 bool NumberRead(std::string_view text, double& value) {
     // from_chars takes a leading '-' but no '+'; a sign may appear only once.

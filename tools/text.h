@@ -8,9 +8,6 @@
 
 namespace quantor_cli {
 
-// Switches character conversion to UTF-8; numbers never depend on the locale.
-void TextEncodingSet();
-
 std::string Utf8(std::wstring_view text);
 std::wstring Wide(std::string_view text);
 

@@ -6,6 +6,7 @@
 #include "quantor/types.h"
 #include "quantor/sinks.h"
 #include "quantor/numeric.h"
+#include "quantor/utf8.h"
 #include "quantor/settings.h"
 #include "quantor/setting_names.h"
 #include "quantor/model.h"

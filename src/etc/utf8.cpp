@@ -1,5 +1,8 @@
-// UTF-8 encoding and decoding of wide strings (UTF-32 code points).
+// UTF-8 encoding and decoding of wide strings (UTF-32 code points), for the
+// library's files and, through QtrToUtf8 and QtrFromUtf8, for hosts.
 #include "etc/utf8.h"
+
+#include "quantor/utf8.h"
 
 #include <cstdint>
 
@@ -88,3 +91,7 @@ void FromUtf8Into(std::string_view bytes, std::wstring& out) {
 }
 
 }  // namespace quantor::detail
+
+std::string QtrToUtf8(std::wstring_view text) { return quantor::detail::ToUtf8(text); }
+
+std::wstring QtrFromUtf8(std::string_view bytes) { return quantor::detail::FromUtf8(bytes); }
