@@ -89,8 +89,9 @@ private:
     static std::uint32_t HashOf(std::uint64_t slot) { return static_cast<std::uint32_t>(slot >> 32); }
     static std::uint32_t PositionOf(std::uint64_t slot) { return static_cast<std::uint32_t>(slot) - 1; }
     std::size_t Mask() const { return slots_.size() - 1; }
-    // Whether the table holds `count` positions at most three quarters full.
-    bool HasRoomFor(std::size_t count) const { return !slots_.empty() && count * 4 <= slots_.size() * 3; }
+    // Whether `size` slots hold `count` positions at most three quarters full.
+    static bool Holds(std::size_t size, std::size_t count) { return count * 4 <= size * 3; }
+    bool HasRoomFor(std::size_t count) const { return !slots_.empty() && Holds(slots_.size(), count); }
 
     // Gives the table room for `count` positions and indexes the positions
     // held so far, reading their names only when there was no table yet.

@@ -22,7 +22,7 @@ void PositionIndex::Clear() {
 
 bool PositionIndex::TableResize(std::size_t count) {
     std::size_t size = slots_.empty() ? kFirstTableSize : slots_.size();
-    while (count * 4 > size * 3) size *= 2;
+    while (!Holds(size, count)) size *= 2;
     if (size == slots_.size()) return false;
     std::vector<std::uint64_t> held(size, 0);
     held.swap(slots_);
