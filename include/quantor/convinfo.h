@@ -2,6 +2,8 @@
 // shifts from a source unit to a target unit.
 #pragma once
 
+#include <optional>
+
 #include "quantor/model.h"
 
 class QUANTOR_API QtrConvInfoStd : public QtrConvInfoBase {
@@ -30,12 +32,16 @@ public:
     void SetPostFmtshft(int shift);
     void SetExplicit(bool isExplicit);
 
-    // A new rule applying `inner` and then `outer`, or null when outer's
-    // source is not the very unit object that is inner's target. The caller
-    // owns the result.
+    // The rule applying `inner` and then `outer`, or nothing (reported) when
+    // outer's source is not the very unit object that is inner's target or
+    // the result is out of range.
+    static std::optional<QtrConvInfoStd> Chain(const QtrConvInfoBase* outer, const QtrConvInfoBase* inner);
+    // Chain on the heap, or null; the caller owns the result.
     static QtrConvInfoStd* NewChain(const QtrConvInfoBase* outer, const QtrConvInfoBase* inner);
-    // A new rule that undoes this one, or null for a factor of 0. The caller
-    // owns the result.
+    // The rule that undoes this one, or nothing (reported) for a factor of 0
+    // or an inverse out of range.
+    std::optional<QtrConvInfoStd> Inverse() const;
+    // Inverse on the heap, or null; the caller owns the result.
     QtrConvInfoStd* NewInverse() const;
     // Writes the rule as a `convert` statement; to the trace when `file` is null.
     void PrettyPrint(QtrTextFile* file) const;

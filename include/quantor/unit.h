@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "quantor/model.h"
+#include "quantor/rule_store.h"
 #include "quantor/rule_table.h"
 
 class QUANTOR_API QtrUnitStd : public QtrUnitBase {
@@ -37,6 +38,10 @@ public:
     // 1: the unit took the rule over; 0: a rule for that target is kept and
     // the caller still owns `rule`; -1: incompatible, reported, caller owns it.
     int ConvInfoAdd(const QtrConvInfoBase* rule);
+    // ConvInfoAdd for a copy of `rule` that the unit stores beside its other
+    // copies, so that no heap object is made for it; answers as ConvInfoAdd,
+    // and the caller keeps `rule` either way.
+    int ConvInfoAddCopy(const QtrConvInfoStd& rule);
     // Replaces the rule kept for `target`, taking `rule` over; false (and the
     // caller keeps `rule`) when no rule for that target is held.
     bool ConvInfoReplace(const QtrUnitBase* target, const QtrConvInfoBase* rule);
@@ -68,6 +73,11 @@ private:
     // The model name hash of name_, which never changes.
     std::uint64_t nameHash_;
     const QtrCategoryBase* category_;
+    // Frees `rule` unless it is stored by value or not of this library.
+    void RuleFree(const QtrConvInfoBase* rule) const;
+
+    // The copies of rules held by value (ConvInfoAddCopy).
+    quantor::detail::RuleStore store_;
     // Owned rules keyed by target name; a rule's target unit must outlive the
     // unit, as the units of one category do.
     quantor::detail::RuleTable rules_;

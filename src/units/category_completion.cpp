@@ -82,23 +82,27 @@ std::optional<UnitPair> Later(std::optional<UnitPair> a, std::optional<UnitPair>
 
 // A rule derived through a third unit together with its inverse.
 struct DerivedRules {
-    std::unique_ptr<QtrConvInfoStd> chain;
-    std::unique_ptr<QtrConvInfoStd> inverse;
+    QtrConvInfoStd chain;
+    QtrConvInfoStd inverse;
 };
 
 std::optional<DerivedRules> Derive(const QtrConvInfoBase* outer, const QtrConvInfoBase* inner) {
-    std::unique_ptr<QtrConvInfoStd> chain(QtrConvInfoStd::NewChain(outer, inner));
+    std::optional<QtrConvInfoStd> chain = QtrConvInfoStd::Chain(outer, inner);
     if (!chain) {
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrCategoryStd::ConvInfoComplete: NewChain err\n");
         return std::nullopt;
     }
-    std::unique_ptr<QtrConvInfoStd> inverse(chain->NewInverse());
+    std::optional<QtrConvInfoStd> inverse = chain->Inverse();
     if (!inverse) {
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrCategoryStd::ConvInfoComplete: NewInverse err\n");
         return std::nullopt;
     }
-    return DerivedRules{std::move(chain), std::move(inverse)};
+    return DerivedRules{*chain, *inverse};
 }
+
+// Hands a copy of a derived rule to `unit`, as RuleAdd does; the unit stores
+// it by value.
+int RuleAddCopy(QtrUnitStd* unit, const QtrConvInfoStd& rule) { return unit ? unit->ConvInfoAddCopy(rule) : -1; }
 
 // A connected part of the rule graph with at least two units: its members in
 // array order and which rules exist between them, by position among the
@@ -353,11 +357,11 @@ private:
 
     // Hands the chain to j and its inverse to i; a refusal is reported and
     // the completion goes on. True when a unit took a rule.
-    bool AddChain(std::size_t i, std::size_t k, std::size_t j, DerivedRules& derived) {
-        const std::size_t chainTarget = TargetIndex(derived.chain.get(), i);
-        const std::size_t inverseTarget = TargetIndex(derived.inverse.get(), j);
-        const int addNew = RuleAdd(own_[j], std::move(derived.chain));
-        const int addInv = RuleAdd(own_[i], std::move(derived.inverse));
+    bool AddChain(std::size_t i, std::size_t k, std::size_t j, const DerivedRules& derived) {
+        const std::size_t chainTarget = TargetIndex(&derived.chain, i);
+        const std::size_t inverseTarget = TargetIndex(&derived.inverse, j);
+        const int addNew = RuleAddCopy(own_[j], derived.chain);
+        const int addInv = RuleAddCopy(own_[i], derived.inverse);
         if (addNew == 1) RuleRecord(j, chainTarget);
         if (addInv == 1) RuleRecord(i, inverseTarget);
         if (addNew < 1 || addInv < 1)

@@ -4,6 +4,8 @@
 #include <climits>
 #include <cstddef>
 #include <cmath>
+#include <optional>
+#include <utility>
 
 #include "etc/diag_log.h"
 #include "quantor/convinfo.h"
@@ -95,7 +97,7 @@ bool IsStorableFormula(double factor, double addend) {
 
 }  // namespace
 
-QtrConvInfoStd* QtrConvInfoStd::NewChain(const QtrConvInfoBase* outer, const QtrConvInfoBase* inner) {
+std::optional<QtrConvInfoStd> QtrConvInfoStd::Chain(const QtrConvInfoBase* outer, const QtrConvInfoBase* inner) {
     const QtrUnitBase* outerTarget = outer ? outer->TrgtUnit() : nullptr;
     const QtrUnitBase* outerSource = outer ? outer->SrcUnit() : nullptr;
     const QtrUnitBase* innerTarget = inner ? inner->TrgtUnit() : nullptr;
@@ -105,7 +107,7 @@ QtrConvInfoStd* QtrConvInfoStd::NewChain(const QtrConvInfoBase* outer, const Qtr
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrConvInfoStd::NewChain([%s<=%s],[%s<=%s]): inconsistent\n",
                      NameForMessage(outerTarget), NameForMessage(outerSource), NameForMessage(innerTarget),
                      NameForMessage(innerSource));
-        return nullptr;
+        return std::nullopt;
     }
     const double factor = outer->Factor() * inner->Factor();
     const double addend = outer->Factor() * inner->Addend() + outer->Addend();
@@ -113,9 +115,9 @@ QtrConvInfoStd* QtrConvInfoStd::NewChain(const QtrConvInfoBase* outer, const Qtr
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrConvInfoStd::NewChain([%s<=%s],[%s<=%s]): out of range\n",
                      NameForMessage(outerTarget), NameForMessage(outerSource), NameForMessage(innerTarget),
                      NameForMessage(innerSource));
-        return nullptr;
+        return std::nullopt;
     }
-    auto* chain = new QtrConvInfoStd;
+    std::optional<QtrConvInfoStd> chain(std::in_place);
     chain->SetFormula(factor, addend);
     chain->SetUnits(outerTarget, innerSource);
     chain->SetPreFmtshft(ClampToInt(static_cast<long long>(outer->FmtPreDecpnt()) + inner->FmtPreDecpnt()));
@@ -123,21 +125,31 @@ QtrConvInfoStd* QtrConvInfoStd::NewChain(const QtrConvInfoBase* outer, const Qtr
     return chain;
 }
 
-QtrConvInfoStd* QtrConvInfoStd::NewInverse() const {
+QtrConvInfoStd* QtrConvInfoStd::NewChain(const QtrConvInfoBase* outer, const QtrConvInfoBase* inner) {
+    std::optional<QtrConvInfoStd> chain = Chain(outer, inner);
+    return chain ? new QtrConvInfoStd(*chain) : nullptr;
+}
+
+std::optional<QtrConvInfoStd> QtrConvInfoStd::Inverse() const {
     if (factor_ == 0.0) {
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrConvInfoStd::NewInverse(): Factor() == 0, impossible\n");
-        return nullptr;
+        return std::nullopt;
     }
     if (!IsStorableFormula(1.0 / factor_, -addend_ / factor_)) {
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrConvInfoStd::NewInverse(): 1 / Factor() out of range\n");
-        return nullptr;
+        return std::nullopt;
     }
-    auto* inverse = new QtrConvInfoStd;
+    std::optional<QtrConvInfoStd> inverse(std::in_place);
     inverse->SetFormula(1.0 / factor_, -addend_ / factor_);
     inverse->SetUnits(source_, target_);
     inverse->SetPreFmtshft(ClampToInt(-static_cast<long long>(preShift_)));
     inverse->SetPostFmtshft(ClampToInt(-static_cast<long long>(postShift_)));
     return inverse;
+}
+
+QtrConvInfoStd* QtrConvInfoStd::NewInverse() const {
+    std::optional<QtrConvInfoStd> inverse = Inverse();
+    return inverse ? new QtrConvInfoStd(*inverse) : nullptr;
 }
 
 // Room for a whole `convert` statement of usual names, so that it is built

@@ -67,7 +67,7 @@ QtrUnitStd::QtrUnitStd(const QtrCategoryBase* category, const wchar_t* name)
     : name_(name ? name : L""), nameHash_(quantor::detail::NameHash(name_)), category_(category) {}
 
 QtrUnitStd::~QtrUnitStd() {
-    for (const QtrConvInfoBase* rule : rules_.Rules()) DeleteIfOwned(rule);
+    for (const QtrConvInfoBase* rule : rules_.Rules()) RuleFree(rule);
     rules_.Clear();
     category_ = nullptr;
 }
@@ -199,11 +199,27 @@ bool QtrUnitStd::ConvInfoReplace(const QtrUnitBase* target, const QtrConvInfoBas
         Error_Report(kSrcUnitsStd, __LINE__, L"QtrUnitStd::ConvInfoReplace([%s],): not found\n", NameOf(target));
         return false;
     }
-    if (held != rule) delete held;
+    if (held != rule) RuleFree(held);
     return true;
 }
 
-void QtrUnitStd::ConvInfosReserve(std::size_t count) { rules_.Reserve(count); }
+int QtrUnitStd::ConvInfoAddCopy(const QtrConvInfoStd& rule) {
+    const int added = ConvInfoAdd(store_.Add(rule));
+    if (added != 1) store_.DropLast();
+    return added;
+}
+
+void QtrUnitStd::RuleFree(const QtrConvInfoBase* rule) const {
+    if (!store_.Holds(rule)) DeleteIfOwned(rule);
+}
+
+// The rules still to come are those completion derives, which it adds as
+// copies.
+void QtrUnitStd::ConvInfosReserve(std::size_t count) {
+    const std::size_t held = rules_.Rules().size();
+    if (count > held) store_.Reserve(count - held);
+    rules_.Reserve(count);
+}
 
 int QtrUnitStd::ConvInfosGet(std::vector<const QtrConvInfoBase*>& out) const {
     out = rules_.RulesByKey();

@@ -80,6 +80,34 @@ TEST_F(UnitTest, AnExplicitRuleDisplacesOnlyADerivedOne) {
     EXPECT_EQ(km_.ConvInfo(L"m"), replacement);
 }
 
+TEST_F(UnitTest, KeepsCopiesOfRulesLikeRulesItTakesOver) {
+    // More copies than one block holds, so that earlier copies must stay put.
+    std::vector<std::unique_ptr<QtrUnitStd>> targets;
+    std::vector<const QtrConvInfoBase*> held;
+    for (int i = 0; i < 40; ++i) {
+        targets.push_back(std::make_unique<QtrUnitStd>(&length_, (L"t" + std::to_wstring(i)).c_str()));
+        const std::unique_ptr<QtrConvInfoStd> rule(NewRule(targets.back().get(), &km_, 1.0 + i, 0.0, false));
+        ASSERT_EQ(km_.ConvInfoAddCopy(*rule), 1);
+        held.push_back(km_.ConvInfo(targets.back().get()));
+        ASSERT_NE(held.back(), rule.get());
+        if (i == 4) km_.ConvInfosReserve(30);
+    }
+    for (int i = 0; i < 40; ++i) EXPECT_EQ(km_.ConvInfo(targets[i].get())->Factor(), 1.0 + i);
+    EXPECT_EQ(km_.ConvInfosHeld(), held);
+
+    const std::unique_ptr<QtrConvInfoStd> again(NewRule(targets[3].get(), &km_, 7.0, 0.0, false));
+    EXPECT_EQ(km_.ConvInfoAddCopy(*again), 0);
+    const std::unique_ptr<QtrConvInfoStd> foreign(NewRule(&km_, &m_, 7.0));
+    EXPECT_EQ(km_.ConvInfoAddCopy(*foreign), -1);
+    // An explicit rule displaces a stored copy, and the unit frees only what it allocated.
+    EXPECT_EQ(Add(km_, NewRule(targets[3].get(), &km_, 9.0)), 1);
+    EXPECT_EQ(km_.ConvInfo(targets[3].get())->Factor(), 9.0);
+    const std::unique_ptr<QtrConvInfoStd> identity(NewRule(&km_, &km_, 1.0));
+    EXPECT_EQ(km_.ConvInfoAddCopy(*identity), 1);
+    EXPECT_TRUE(km_.ConvInfoReplace(&km_, NewRule(&km_, &km_, 1.0)));
+    EXPECT_EQ(km_.ConvInfosHeld().size(), 41u);
+}
+
 TEST_F(UnitTest, FindsEveryRuleByNameAndByUnitAndListsThemInNameOrder) {
     // Enough targets to grow the table several times, named so that the
     // order of names differs from the order of adding.
