@@ -19,8 +19,8 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/quantor
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/unitsandcurrencies/
   DESTINATION ${CMAKE_INSTALL_DATADIR}/quantor/unitsandcurrencies)
 
-# The command itself is installed by tools/CMakeLists.txt, with a run path
-# relative to itself; here its manual page and its bash completion.
+# The command itself is installed by tools/CMakeLists.txt; here its manual
+# page and its bash completion.
 install(FILES ${PROJECT_SOURCE_DIR}/docs/quantor.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES ${PROJECT_SOURCE_DIR}/tools/quantor.bash-completion
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME quantor)

@@ -40,13 +40,18 @@ fs::path CanonicalOrAsGiven(const fs::path& path) {
     return error ? path : canonical;
 }
 
-// A library in the build tree reads the catalogue beside the sources; an
-// installed one reads it from the data folder of its install prefix.
+// Code in the build tree reads the catalogue beside the sources; installed
+// code reads it from the data folder of its install prefix, which lies at
+// one place relative to the library folder and at another relative to the
+// folder of a program that linked the library's objects in.
 std::wstring ShippedDataFolderFind() {
-    const fs::path libraryFolder = CanonicalOrAsGiven(LibraryFile()).parent_path();
-    if (libraryFolder == CanonicalOrAsGiven(QUANTOR_BUILD_LIBRARY_DIR))
+    const fs::path file = CanonicalOrAsGiven(LibraryFile());
+    const fs::path folder = file.parent_path();
+    if (folder == CanonicalOrAsGiven(QUANTOR_BUILD_LIBRARY_DIR) || folder == CanonicalOrAsGiven(QUANTOR_BUILD_PROGRAM_DIR))
         return quantor::detail::FromUtf8(QUANTOR_SOURCE_DATA_DIR);
-    const fs::path installed = (libraryFolder / QUANTOR_INSTALLED_DATA_RELPATH).lexically_normal();
+    const bool inProgram = file == CanonicalOrAsGiven("/proc/self/exe");
+    const fs::path installed =
+        (folder / (inProgram ? QUANTOR_INSTALLED_PROGRAM_DATA_RELPATH : QUANTOR_INSTALLED_DATA_RELPATH)).lexically_normal();
     return quantor::detail::FromUtf8(installed.string());
 }
 
