@@ -24,7 +24,12 @@ std::string Repeated(const std::string& text, int count) {
 }
 
 std::string BalancedSum(int levels) {
-    return levels == 0 ? "m" : "(" + BalancedSum(levels - 1) + "+" + BalancedSum(levels - 1) + ")";
+    if (levels == 0) return "m";
+    const std::string half = BalancedSum(levels - 1);
+    std::string sum;
+    sum.reserve(2 * half.size() + 3);
+    sum.append("(").append(half).append("+").append(half).append(")");
+    return sum;
 }
 
 std::string ScaledSum(int terms) {
@@ -55,9 +60,9 @@ void BM_ReadMegabyte(benchmark::State& state, const std::string& formula) {
 BENCHMARK_CAPTURE(BM_ReadMegabyte, plain, std::string("m * 1.8 + 32"))->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_ReadMegabyte, deep, Repeated("m*(", 199) + "m" + Repeated(")", 199))
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_ReadMegabyte, copies, "m" + Repeated(" * *", 12))->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ReadMegabyte, copies, std::string("m").append(Repeated(" * *", 12)))->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_ReadMegabyte, balanced, BalancedSum(12))->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_ReadMegabyte, signs, "m format " + Repeated("-", 10) + "3, 0")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ReadMegabyte, signs, std::string("m format ").append(Repeated("-", 10)).append("3, 0"))->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(BM_ReadMegabyte, scaledSum, ScaledSum(150))->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -21,7 +21,11 @@ struct TreeThreadState {
     uint64_t activity = 0;
 };
 
-inline thread_local TreeThreadState tTreeThreadState;
+// The simplifier reaches this object at every step. The initial-exec model
+// makes that a plain load instead of a call into the dynamic loader; it needs
+// the object's 32 bytes in the static TLS block, which the loader keeps
+// room for even when a host loads the library with dlopen.
+[[gnu::tls_model("initial-exec")]] inline thread_local TreeThreadState tTreeThreadState;
 inline TreeThreadState& TreeThread() { return tTreeThreadState; }
 
 }  // namespace quantor::detail
