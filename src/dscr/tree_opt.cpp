@@ -119,10 +119,41 @@ int Tree_OptMarked(X_ParsNode& node) {
 
 }  // namespace
 
-// No pass changes or reports a lone leaf (a number or a name), so a formula
-// that is one needs no run at all.
+namespace {
+
+// Whether no pass changes or reports `c` as the right operand of `op` next
+// to the names `source` and `target`: the constant folding leaves it unless
+// it is neutral, absorbing or a sign (0, 1 or -1), and the cancelling pass
+// compares it with the names' values.
+bool IsInertConstant(TE_PNodeId op, double c, const X_ParsNode& source, const X_ParsNode& target) {
+    if (TreeValuesEqual(c, 0.0) || TreeValuesEqual(c, source.Value()) || TreeValuesEqual(c, target.Value()))
+        return false;
+    return op == ND_PLUS || op == ND_MINUS || !(TreeValuesEqual(c, 1.0) || TreeValuesEqual(c, -1.0));
+}
+
+// The formula "T <- S op c" of two different names and a number, which is
+// what nearly every catalogue rule says, with a number that no pass touches.
+// No rule matches it, the name on the left of each operation stays there,
+// and nothing cancels, so a run would change and report nothing: it is its
+// own fixed point.
+bool IsPlainScalingFormula(const X_ParsNode& formula) {
+    const X_ParsNode* target = formula.Left();
+    const X_ParsNode* operation = formula.Right();
+    if (formula.Type() != ND_CONVFORM || !target || !target->IsName() || !operation) return false;
+    const TE_PNodeId op = operation->Type();
+    const X_ParsNode* source = operation->Left();
+    const X_ParsNode* constant = operation->Right();
+    return (op == ND_MULT || op == ND_DIV || op == ND_PLUS || op == ND_MINUS) && source && source->IsName() &&
+           constant && constant->IsConstant() && source->Name() != target->Name() &&
+           IsInertConstant(op, constant->Value(), *source, *target);
+}
+
+}  // namespace
+
+// No pass changes or reports a lone leaf (a number or a name) or a plain
+// scaling formula, so these need no run at all.
 int X_ParsNode::Tree_Opt() {
-    if (IsLeaf()) return 0;
+    if (IsLeaf() || IsPlainScalingFormula(*this)) return 0;
     const RunScope run;
     const int changes = Tree_OptMarked(*this);
     if (!TreeLimit_Reached()) return changes;

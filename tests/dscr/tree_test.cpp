@@ -204,4 +204,28 @@ TEST(TreeOptReference, MarkedFixedPointsChangeNothingObservable) {
     EXPECT_GT(runsStoppedAtBound, 100);
 }
 
+TEST(TreeOptReference, PlainScalingFormulasNeedNoRunButTheirNeighboursDo) {
+    // "T <- S op c" is left as it is without a run; each number that a pass
+    // does act on, a name cancelling itself and hexadecimal numbers must give
+    // what the plain algorithm gives.
+    const std::wstring numbers[] = {L"1000", L"0.0254", L"2",   L"1",      L"1.0", L"-1",      L"0",
+                                    L"0.0",  L"-2",     L"1e-300", L"1e999", L"1.0000000000001"};
+    for (const TE_PNodeId op : {ND_MULT, ND_DIV, ND_PLUS, ND_MINUS}) {
+        for (const std::wstring& source : {std::wstring(L"m"), std::wstring(L"km")}) {
+            std::vector<X_ParsNodePtr> constants;
+            for (const std::wstring& number : numbers) constants.push_back(Number(number));
+            constants.push_back(Leaf(ND_HEXNUM, L"0x10"));
+            constants.push_back(Leaf(ND_HEXNUM, L"0x1"));
+            for (const X_ParsNodePtr& constant : constants) {
+                const X_ParsNodePtr formula =
+                    Op(ND_CONVFORM, Name(L"km"), Op(op, Name(source, 1, 7), std::make_unique<X_ParsNode>(*constant)));
+                X_ParsNode plain(*formula), fast(*formula);
+                EXPECT_EQ(OutcomeOf(fast, [](X_ParsNode& node) { return node.Tree_Opt(); }),
+                          OutcomeOf(plain, PlainTreeOptBounded))
+                    << InfixText(formula.get());
+            }
+        }
+    }
+}
+
 }  // namespace
