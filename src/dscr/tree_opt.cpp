@@ -148,12 +148,22 @@ bool IsPlainScalingFormula(const X_ParsNode& formula) {
            IsInertConstant(op, constant->Value(), *source, *target);
 }
 
+// A negated number, as a format shift such as -3 is written: a run folds it
+// into the negative number, one change, and does nothing else.
+bool IsNegatedNumber(const X_ParsNode& node) {
+    return node.Type() == ND_UNMINUS && node.Left() && node.Left()->IsConstant() && !node.Right();
+}
+
 }  // namespace
 
 // No pass changes or reports a lone leaf (a number or a name) or a plain
 // scaling formula, so these need no run at all.
 int X_ParsNode::Tree_Opt() {
     if (IsLeaf() || IsPlainScalingFormula(*this)) return 0;
+    if (IsNegatedNumber(*this)) {
+        SetFloat(-Left()->Value());
+        return 1;
+    }
     const RunScope run;
     const int changes = Tree_OptMarked(*this);
     if (!TreeLimit_Reached()) return changes;

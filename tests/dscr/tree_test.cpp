@@ -204,10 +204,10 @@ TEST(TreeOptReference, MarkedFixedPointsChangeNothingObservable) {
     EXPECT_GT(runsStoppedAtBound, 100);
 }
 
-TEST(TreeOptReference, PlainScalingFormulasNeedNoRunButTheirNeighboursDo) {
-    // "T <- S op c" is left as it is without a run; each number that a pass
-    // does act on, a name cancelling itself and hexadecimal numbers must give
-    // what the plain algorithm gives.
+TEST(TreeOptReference, PlainScalingFormulasAndNegatedNumbersNeedNoRun) {
+    // "T <- S op c" is left as it is and "u- c" folded without a run; each
+    // number that a pass does act on, a name cancelling itself and
+    // hexadecimal numbers must give what the plain algorithm gives.
     const std::wstring numbers[] = {L"1000", L"0.0254", L"2",   L"1",      L"1.0", L"-1",      L"0",
                                     L"0.0",  L"-2",     L"1e-300", L"1e999", L"1.0000000000001"};
     for (const TE_PNodeId op : {ND_MULT, ND_DIV, ND_PLUS, ND_MINUS}) {
@@ -225,6 +225,13 @@ TEST(TreeOptReference, PlainScalingFormulasNeedNoRunButTheirNeighboursDo) {
                     << InfixText(formula.get());
             }
         }
+    }
+    for (const std::wstring& number : numbers) {
+        const X_ParsNodePtr negated = Op(ND_UNMINUS, Number(number, 2, 9));
+        X_ParsNode plain(*negated), fast(*negated);
+        EXPECT_EQ(OutcomeOf(fast, [](X_ParsNode& node) { return node.Tree_Opt(); }),
+                  OutcomeOf(plain, PlainTreeOptBounded))
+            << number;
     }
 }
 
