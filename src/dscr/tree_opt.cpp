@@ -157,7 +157,8 @@ bool IsNegatedNumber(const X_ParsNode& node) {
 }  // namespace
 
 // No pass changes or reports a lone leaf (a number or a name) or a plain
-// scaling formula, so these need no run at all.
+// scaling formula, and a negated number folds in one step, so these need no
+// run at all.
 int X_ParsNode::Tree_Opt() {
     if (IsLeaf() || IsPlainScalingFormula(*this)) return 0;
     if (IsNegatedNumber(*this)) {
